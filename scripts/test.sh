@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the normal and the sanitizer configuration,
+# and runs every test in both. Also replays each fuzz target over its corpus.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh
+jobs=$(nproc)
+export QT_QPA_PLATFORM=offscreen
+
+for preset in default sanitize; do
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs"
+done
+
+ctest --preset default -j "$jobs"
+ctest --preset sanitize -j "$jobs"
+bash scripts/fuzz.sh replay

@@ -1,0 +1,99 @@
+// The Ui port: every message box, question, choice list, file dialog, note window and
+// progress meter that the logic shows goes through this interface, which the logic
+// receives by reference. Two implementations exist: the Qt one in gui/ for people and
+// ScriptedUi (ui/scripted_ui.h), which answers from a list and keeps a transcript, for
+// tests, nvtool and automated runs. Logic never opens a window any other way.
+//
+// Texts are single-byte Windows-1252 strings exactly as the layouts give them; only the
+// Qt implementation converts them for display.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nv {
+
+// Answer of a question box. Closing the box counts as Cancel.
+enum class Answer { kYes, kNo, kCancel };
+
+// Button that has the focus when a question box opens.
+enum class DefaultButton { kYes, kNo };
+
+struct ChoiceOption {
+  std::string text;
+  int value = -1;  // -1: the result is the option's 0-based position
+};
+
+struct ChoiceListRequest {
+  std::string title;
+  std::string message;  // one or more lines, split at "\n"
+  std::string note;     // optional, shown under the message
+  std::vector<ChoiceOption> options;
+};
+
+struct FileDialogRequest {
+  std::string title;
+  std::string filter;             // "Description|*.ext;*.EXT|All files|*.*"
+  std::string initial_directory;  // empty: the current directory
+  std::string initial_name;
+  bool save = false;  // save dialog instead of open dialog
+};
+
+// A running progress meter: a message window without buttons, removed when destroyed.
+class ProgressMeter {
+ public:
+  virtual ~ProgressMeter() = default;
+  // Replaces the meter's text (for example "Copying FAS assets\nAsset %9.9s").
+  virtual void SetText(std::string_view text) = 0;
+  // Moves the meter to `done` of the total it was opened with; lets the window repaint.
+  virtual void SetPosition(long done) = 0;
+};
+
+class Ui {
+ public:
+  static constexpr size_t kMaxMessageLength = 1000;
+  static constexpr size_t kMaxQuestionLength = 2000;
+
+  virtual ~Ui() = default;
+
+  // Information box with one OK button. Titles in use: "Message" (the default), "Error",
+  // "Note", "Warning", "Done", "Program Error". The text is cut to kMaxMessageLength.
+  virtual void Message(std::string_view text, std::string_view title = "Message") = 0;
+
+  // Question box titled "Question" with "&Yes", "&No" and "Cancel". Closing counts as
+  // Cancel. Callers that do not look at Cancel treat every answer but kYes as No.
+  // The text is cut to kMaxQuestionLength.
+  virtual Answer Question(std::string_view text, DefaultButton default_button) = 0;
+
+  // Small modal list of options. Returns the chosen option's value, its 0-based position
+  // when the value is -1, or -1 when the list is closed without a choice.
+  virtual int ChoiceList(const ChoiceListRequest& request) = 0;
+
+  // Common open (or save) file dialog. Returns the chosen path, or nothing on Cancel.
+  virtual std::optional<std::string> ChooseFile(const FileDialogRequest& request) = 0;
+
+  // Folder browser. Returns the chosen folder, or nothing on Cancel.
+  virtual std::optional<std::string> ChooseFolder(std::string_view title,
+                                                  std::string_view initial_folder) = 0;
+
+  // Modeless-looking note window that the user reads and closes (long texts, reports).
+  virtual void ShowNote(std::string_view title, std::string_view text) = 0;
+
+  // Opens a progress meter over `total` steps.
+  virtual std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title,
+                                                      std::string_view text, long total) = 0;
+
+  // Opens a help topic (an HTML file name such as "nvsy6dis.html") from the help folder.
+  virtual void ShowHelp(std::string_view topic) = 0;
+};
+
+// Shorthands for the usual calls: printf-style texts, and "every answer but Yes is No".
+void MessageF(Ui& ui, std::string_view title, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
+bool AskYes(Ui& ui, DefaultButton default_button, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
+
+}  // namespace nv
