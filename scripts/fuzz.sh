@@ -35,4 +35,4 @@ for name in "${targets[@]}"; do
   esac
   passed=$((passed + 1))
 done
-if [ "$mode" = replay ]; then echo "fuzz replay: ${passed} passed, 0 failed"; fi
+if [ "$mode" = replay ]; then echo "fuzz replay of ${passed} targets over their corpora: all clean"; fi

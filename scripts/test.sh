@@ -12,6 +12,6 @@ for preset in default sanitize; do
   cmake --build --preset "$preset" -j "$jobs"
 done
 
+bash scripts/fuzz.sh replay
 ctest --preset default -j "$jobs"
 ctest --preset sanitize -j "$jobs"
-bash scripts/fuzz.sh replay
