@@ -1,5 +1,6 @@
 #include "base/profile_text.h"
 
+#include "base/ascii.h"
 #include "base/file_util.h"
 
 namespace nv {
@@ -13,18 +14,6 @@ std::string_view Trim(std::string_view s) {
   while (!s.empty() && IsBlank(s.front())) s.remove_prefix(1);
   while (!s.empty() && IsBlank(s.back())) s.remove_suffix(1);
   return s;
-}
-
-char Upper(char c) {
-  return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (Upper(a[i]) != Upper(b[i])) return false;
-  }
-  return true;
 }
 
 // The section name when the line is a header.
@@ -83,7 +72,7 @@ std::optional<ProfileText::Range> ProfileText::FindSection(std::string_view sect
   section = Trim(section);
   for (size_t i = from; i < lines_.size(); ++i) {
     std::optional<std::string_view> name = HeaderName(lines_[i]);
-    if (name && SameName(*name, section)) return Range{i, SectionEnd(i)};
+    if (name && EqualIgnoringCase(*name, section)) return Range{i, SectionEnd(i)};
   }
   return std::nullopt;
 }
@@ -94,7 +83,7 @@ std::optional<std::string> ProfileText::Find(std::string_view section, std::stri
   key = Trim(key);
   for (size_t i = range->begin + 1; i < range->end; ++i) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
-    if (entry && SameName(entry->key, key)) return std::string(entry->value);
+    if (entry && EqualIgnoringCase(entry->key, key)) return std::string(entry->value);
   }
   return std::nullopt;
 }
@@ -105,7 +94,7 @@ std::vector<std::string> ProfileText::Sections() const {
     std::optional<std::string_view> name = HeaderName(line);
     if (!name) continue;
     bool seen = false;
-    for (const std::string& n : names) seen = seen || SameName(n, *name);
+    for (const std::string& n : names) seen = seen || EqualIgnoringCase(n, *name);
     if (!seen) names.emplace_back(*name);
   }
   return names;
@@ -119,7 +108,7 @@ std::vector<std::string> ProfileText::Keys(std::string_view section) const {
     std::optional<Entry> entry = EntryOf(lines_[i]);
     if (!entry) continue;
     bool seen = false;
-    for (const std::string& k : keys) seen = seen || SameName(k, entry->key);
+    for (const std::string& k : keys) seen = seen || EqualIgnoringCase(k, entry->key);
     if (!seen) keys.emplace_back(entry->key);
   }
   return keys;
@@ -145,7 +134,7 @@ bool ProfileText::Set(std::string_view section, std::string_view key, std::strin
   for (size_t i = range->begin + 1; i < range->end; ++i) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
     if (!entry) continue;
-    if (SameName(entry->key, key)) {
+    if (EqualIgnoringCase(entry->key, key)) {
       lines_[i] = std::move(line);
       return true;
     }
@@ -163,7 +152,7 @@ bool ProfileText::RemoveKey(std::string_view section, std::string_view key) {
   size_t end = range->end;
   for (size_t i = range->begin + 1; i < end;) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
-    if (entry && SameName(entry->key, key)) {
+    if (entry && EqualIgnoringCase(entry->key, key)) {
       lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(i));
       --end;
       removed = true;
