@@ -1,0 +1,82 @@
+// Helpers shared by the store tests: a private temporary folder and raw file access, so
+// that tests compare the files' bytes with bytes written out by hand.
+#pragma once
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace nv::testing {
+
+using Bytes = std::vector<uint8_t>;
+
+class TempDir {
+ public:
+  TempDir() {
+    char pattern[] = "/tmp/nv_store_XXXXXX";
+    char* made = mkdtemp(pattern);
+    path_ = made ? made : "";
+  }
+  ~TempDir() {
+    std::error_code ec;
+    if (!path_.empty()) std::filesystem::remove_all(path_, ec);
+  }
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  std::string File(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+inline Bytes ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+inline void WriteAll(const std::string& path, const Bytes& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+}
+
+inline Bytes Slice(const Bytes& b, size_t offset, size_t count) {
+  if (offset >= b.size()) return {};
+  return Bytes(b.begin() + offset, b.begin() + std::min(b.size(), offset + count));
+}
+
+// Builds expected bytes piece by piece, little-endian as in the files.
+class ByteBuilder {
+ public:
+  ByteBuilder& Raw(std::initializer_list<uint8_t> bytes) {
+    bytes_.insert(bytes_.end(), bytes);
+    return *this;
+  }
+  ByteBuilder& Text(const std::string& text) {
+    bytes_.insert(bytes_.end(), text.begin(), text.end());
+    return *this;
+  }
+  ByteBuilder& Fill(uint8_t value, size_t count) {
+    bytes_.insert(bytes_.end(), count, value);
+    return *this;
+  }
+  ByteBuilder& U16(uint16_t v) { return Raw({uint8_t(v & 0xFF), uint8_t(v >> 8)}); }
+  ByteBuilder& U32(uint32_t v) {
+    return Raw(
+        {uint8_t(v & 0xFF), uint8_t((v >> 8) & 0xFF), uint8_t((v >> 16) & 0xFF), uint8_t(v >> 24)});
+  }
+  const Bytes& bytes() const { return bytes_; }
+  size_t size() const { return bytes_.size(); }
+
+ private:
+  Bytes bytes_;
+};
+
+}  // namespace nv::testing
