@@ -133,6 +133,8 @@ class NvBTreeFile {
   int Push(uint32_t node, uint16_t slot);
   int DescendLeft(uint32_t node);
   int DescendRight(uint32_t node);
+  int Step(bool forward, uint32_t* record);
+  int StepDown(bool forward);
   int EmitNext(uint32_t* record);
   int EmitPrevious(uint32_t* record);
   int Emit(const NvIndexNode& node, int slot, uint32_t* record);
