@@ -99,6 +99,7 @@ class NvBTreeFile {
   int ReadHeader();
   int WriteHeader();
   // Writes the header when open for writing, then closes: 0, or -1 when either failed.
+  // Destroying an open index closes it without writing the header.
   int Close();
 
   // The sort order is the company's for .I2 and empty for .I1. Keys shorter than the key
