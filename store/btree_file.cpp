@@ -135,6 +135,7 @@ std::string_view NvBTreeFile::Key(const NvIndexNode& node, int slot) const {
 }
 
 int NvBTreeFile::ReadNode(uint32_t number, NvIndexNode* node) {
+  if (node == &scratch_) scratch_.number = 0;  // until it holds the new node
   if (number < 1 || number > file_.highest_record()) return kOutOfRange;
   node_bytes_.resize(file_.record_length());
   if (!file_.ReadRecord(number, node_bytes_.data())) return kOutOfRange;
@@ -154,7 +155,15 @@ int NvBTreeFile::ReadNode(uint32_t number, NvIndexNode* node) {
   return kOk;
 }
 
+// A walk reads each node once on its way down and emits from the copy in scratch_; every
+// write of that node drops the copy.
+int NvBTreeFile::ReadNodeOnce(uint32_t number, NvIndexNode* node) {
+  if (node == &scratch_ && scratch_.number == number && number != 0) return kOk;
+  return ReadNode(number, node);
+}
+
 int NvBTreeFile::WriteNode(const NvIndexNode& node) {
+  if (&node != &scratch_ && node.number == scratch_.number) scratch_.number = 0;
   node_bytes_.resize(file_.record_length());
   size_t keys = size_t{3} * key_length_;
   std::memcpy(node_bytes_.data(), node.keys.data(), keys);
@@ -441,7 +450,7 @@ int NvBTreeFile::EmitNext(uint32_t* record) {
   while (!path_.empty()) {
     PathEntry& top = path_.back();
     if (top.slot <= 2) {
-      if (int rc = ReadNode(top.node, &node); rc != kOk) return rc;
+      if (int rc = ReadNodeOnce(top.node, &node); rc != kOk) return rc;
       if (!SlotEmpty(node, top.slot)) return Emit(node, top.slot, record);
       ++top.slot;  // only a damaged node has a gap here
       continue;
@@ -461,7 +470,7 @@ int NvBTreeFile::EmitPrevious(uint32_t* record) {
     PathEntry& top = path_.back();
     int slot = int{top.slot} - 1;
     if (slot >= 0 && slot <= 2) {
-      if (int rc = ReadNode(top.node, &node); rc != kOk) return rc;
+      if (int rc = ReadNodeOnce(top.node, &node); rc != kOk) return rc;
       // Keys are right-aligned: an empty slot means none is left in this node.
       if (!SlotEmpty(node, slot)) return Emit(node, slot, record);
     }

@@ -91,6 +91,7 @@ class NvRecFile {
 
  private:
   bool OpenHandle(const std::string& path, int flags, uint32_t record_length, Format format);
+  bool ReadAhead(uint32_t number, uint8_t* buffer);
   const uint8_t* Cached(uint32_t number) const;
   void Remember(uint32_t number, const uint8_t* record, size_t offset, size_t count, bool whole);
 
@@ -106,6 +107,8 @@ class NvRecFile {
   size_t cache_limit_ = size_t{64} << 20;
   std::vector<uint8_t> cache_;
   std::vector<bool> valid_;
+  static constexpr uint32_t kReadAheadBytes = 16384;
+  std::vector<uint8_t> chunk_;
 };
 
 }  // namespace nv

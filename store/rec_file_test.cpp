@@ -137,6 +137,18 @@ TEST(NvRecFile, CachedReadsSeeEveryWrite) {
   ASSERT_TRUE(f.ReadRecord(1, buf));
   EXPECT_EQ(Bytes(buf, buf + 4), Bytes({7, 8, 9, 1}));
   EXPECT_EQ(Slice(ReadAll(dir.File("a")), kLen, 4), Bytes({7, 8, 9, 1}));
+  // Reading record 1 also took in record 2; a later write to record 2 must be seen.
+  Bytes two(kLen, 0x22);
+  ASSERT_TRUE(f.WriteRecord(2, two.data()));
+  ASSERT_TRUE(f.ReadRecord(2, buf));
+  EXPECT_EQ(Bytes(buf, buf + kLen), two);
+  // A record appended after the read-ahead is read from the file.
+  Bytes three(kLen, 0x33);
+  ASSERT_TRUE(f.WriteRecord(3, three.data(), 5));
+  EXPECT_FALSE(f.ReadRecord(3, buf));  // only 5 bytes of it exist
+  ASSERT_TRUE(f.WriteRecord(3, three.data()));
+  ASSERT_TRUE(f.ReadRecord(3, buf));
+  EXPECT_EQ(Bytes(buf, buf + kLen), three);
 }
 
 }  // namespace
