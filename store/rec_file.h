@@ -19,8 +19,9 @@
 // The counters (highest record, free head, free count) live in memory while the file is
 // open; the owner stores them (index header, company record) and sets them after opening.
 //
-// Reads may be served from an in-memory copy of records already read or written; every
-// write goes to the file at once, so the file's bytes never differ from an uncached run.
+// Reads may be served from an in-memory copy of records already read or written (a whole
+// record read takes in its neighbours of the same 16 KB chunk too); every write goes to
+// the file at once, so the file's bytes never differ from an uncached run.
 #pragma once
 
 #include <cstddef>
