@@ -1,10 +1,6 @@
 #include "base/comma_text.h"
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <system_error>
+#include "base/file_util.h"
 
 namespace nv {
 namespace {
@@ -13,26 +9,12 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t';
 }
 
-char AsciiLower(char c) {
-  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (AsciiLower(a[i]) != AsciiLower(b[i])) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 std::optional<CommaTextReader> CommaTextReader::Open(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (in.bad()) return std::nullopt;
-  return CommaTextReader(std::move(text));
+  std::optional<std::string> text = ReadFileBytes(path);
+  if (!text) return std::nullopt;
+  return CommaTextReader(std::move(*text));
 }
 
 int CommaTextReader::Peek() const {
@@ -141,23 +123,19 @@ void CommaTextWriter::EndLine(size_t column) {
   line_has_field_ = false;
 }
 
-bool WriteWholeFile(const std::string& path, std::string_view text) {
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-  return std::fclose(file) == 0 && written;
+bool EqualIgnoringAsciiCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i) {
+    char x = a[i], y = b[i];
+    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
+    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
+    if (x != y) return false;
+  }
+  return true;
 }
 
-std::string FindFileIgnoringCase(const std::string& folder, std::string_view name) {
-  std::string exact = folder + std::string(name);
-  std::error_code ec;
-  if (std::filesystem::exists(exact, ec)) return exact;
-  std::filesystem::directory_iterator it(folder.empty() ? "." : folder, ec);
-  for (; !ec && it != std::filesystem::directory_iterator(); it.increment(ec)) {
-    const std::string entry = it->path().filename().string();
-    if (EqualIgnoringCase(entry, name)) return folder + entry;
-  }
-  return exact;
+std::string PathIgnoringCase(const std::string& folder, std::string_view name) {
+  return FindFileIgnoringCase(folder, name).value_or(folder + std::string(name));
 }
 
 }  // namespace nv

@@ -85,12 +85,13 @@ class CommaTextWriter {
   bool line_has_field_ = false;
 };
 
-// Replaces the file's contents with `text`; false when it cannot be written.
-bool WriteWholeFile(const std::string& path, std::string_view text);
+// True when a and b are equal ignoring ASCII case, as the installation compares names,
+// tokens and setting values.
+bool EqualIgnoringAsciiCase(std::string_view a, std::string_view b);
 
-// folder + the name of an existing entry of folder that equals `name` ignoring case, or
-// folder + name as given when there is none (the case a new file gets). `folder` ends with
+// Path of the installation file `name` in folder: an existing entry whose name equals it
+// ignoring case, else folder + name as given (the case a new file gets). `folder` ends with
 // the path separator or is empty for the current directory.
-std::string FindFileIgnoringCase(const std::string& folder, std::string_view name);
+std::string PathIgnoringCase(const std::string& folder, std::string_view name);
 
 }  // namespace nv

@@ -4,12 +4,11 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <vector>
 
 #include "base/comma_text.h"
+#include "base/file_util.h"
 #include "base/str_format.h"
 #include "store/master_file.h"
 
@@ -24,18 +23,6 @@ struct Header {
   std::string folder;
   std::string third;
 };
-
-char AsciiLower(char c) {
-  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (AsciiLower(a[i]) != AsciiLower(b[i])) return false;
-  }
-  return true;
-}
 
 // The first line: exactly three fields, the line ending after the third.
 std::optional<Header> ReadHeader(CommaTextReader& reader) {
@@ -86,7 +73,7 @@ TerminalMatch FindTerminal(CommaTextReader& reader, const std::string& user_name
     const unsigned number = ParseTerminalNumber((*line)[1]);
     match.highest = std::max(match.highest, number);
     const std::string& name = (*line)[0];
-    if (exact ? name == user_name : EqualIgnoringCase(name, user_name)) {
+    if (exact ? name == user_name : EqualIgnoringAsciiCase(name, user_name)) {
       match.found = true;
       match.number = number;
       return match;
@@ -102,15 +89,12 @@ bool AppendTerminalLine(const std::string& path, const std::string& user_name, u
   writer.Text(user_name);
   writer.Number(static_cast<long>(number));
   writer.EndLine();
-  std::string existing;
-  if (std::ifstream in(path, std::ios::binary); in) {
-    existing.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
+  std::string existing = ReadFileBytes(path).value_or(std::string());
   if (const size_t mark = existing.find(kEndOfFileMark); mark != std::string::npos) {
     std::string line = writer.text();
     if (mark > 0 && existing[mark - 1] != '\n') line.insert(0, "\r\n");
     existing.insert(mark, line);
-    return WriteWholeFile(path, existing);
+    return WriteFileAtomically(path, existing);
   }
   std::FILE* file = std::fopen(path.c_str(), "ab");
   if (file == nullptr) return false;
@@ -129,7 +113,7 @@ bool ReadSlots(CommaTextReader& reader, size_t fields, NvConfiguration* config) 
     ConfigurationSlot& s = config->slots[slot];
     s.name = (*line)[0];
     s.data_path = AsDataPath((*line)[1]);
-    s.enabled = fields < 3 || EqualIgnoringCase((*line)[2], "Y");
+    s.enabled = fields < 3 || EqualIgnoringAsciiCase((*line)[2], "Y");
     s.options = fields >= 8 ? (*line)[7] : std::string();
   }
   return true;
@@ -201,7 +185,7 @@ std::string FormatConfigurationFile(const std::string& installation_folder,
 
 bool WriteConfigurationFile(const std::string& path, const std::string& installation_folder,
                             const NvConfiguration& config) {
-  return WriteWholeFile(path, FormatConfigurationFile(installation_folder, config));
+  return WriteFileAtomically(path, FormatConfigurationFile(installation_folder, config));
 }
 
 int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, int* exit_code) {
@@ -210,7 +194,7 @@ int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, 
   ctx->network_mode = false;
 
   // Which file holds this copy's configuration, and does it exist yet.
-  const std::string terminal_file = FindFileIgnoringCase(folder, kTerminalFileName);
+  const std::string terminal_file = PathIgnoringCase(folder, kTerminalFileName);
   int result = kConfigurationFound;
   std::string config_file = terminal_file;
   unsigned terminal = 0;
@@ -223,7 +207,7 @@ int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, 
       ctx->network_mode = true;
       const TerminalMatch match = FindTerminal(*reader, ctx->user_name, ctx->exact_name_match);
       terminal = match.found ? match.number : match.highest + 1;
-      config_file = FindFileIgnoringCase(folder, TerminalFileName("", terminal));
+      config_file = PathIgnoringCase(folder, TerminalFileName("", terminal));
       if (!match.found) {
         result = kTerminalAdded;
       } else if (std::optional<CommaTextReader> own = CommaTextReader::Open(config_file); !own) {
@@ -249,7 +233,7 @@ int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, 
     if (ctx->network_mode && config.base) {
       // The shared base configuration supplies the slots; a user never writes it.
       NvConfiguration base;
-      const std::string base_file = FindFileIgnoringCase(folder, kBaseConfigurationName);
+      const std::string base_file = PathIgnoringCase(folder, kBaseConfigurationName);
       if (ReadConfigurationFile(base_file, &base) == ConfigurationFileForm::kUnusable) {
         base = DefaultConfiguration(folder);
       }

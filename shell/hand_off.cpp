@@ -6,23 +6,16 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "base/comma_text.h"
+
 namespace nv {
 namespace {
 
 constexpr std::string_view kPidPrefix = "/pid:";
 
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    auto lower = [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; };
-    if (lower(a[i]) != lower(b[i])) return false;
-  }
-  return true;
-}
-
 bool HasPidPrefix(std::string_view argument) {
   return argument.size() >= kPidPrefix.size() &&
-         EqualIgnoringCase(argument.substr(0, kPidPrefix.size()), kPidPrefix);
+         EqualIgnoringAsciiCase(argument.substr(0, kPidPrefix.size()), kPidPrefix);
 }
 
 // Decimal text as atol reads it, but without atol's undefined overflow.
@@ -65,7 +58,7 @@ std::optional<RunParameters> CheckHandOff(int argc, const char* const* argv, int
   std::optional<std::vector<std::string>> lines = ReadParameterLines(stdin_fd);
   if (!lines || lines->size() != kParameterLineCount) return std::nullopt;
   const std::vector<std::string>& l = *lines;
-  if (!EqualIgnoringCase(std::string_view(argv[1]).substr(kPidPrefix.size()), l[3])) {
+  if (!EqualIgnoringAsciiCase(std::string_view(argv[1]).substr(kPidPrefix.size()), l[3])) {
     return std::nullopt;
   }
   RunParameters run;
@@ -85,8 +78,8 @@ std::optional<RunParameters> CheckHandOff(int argc, const char* const* argv, int
 ProgramMode ParseModeWord(int argc, const char* const* argv) {
   if (argc < 3 || argv[2] == nullptr) return ProgramMode::kNone;
   const std::string_view word = argv[2];
-  if (EqualIgnoringCase(word, "IMPORT")) return ProgramMode::kImport;
-  if (EqualIgnoringCase(word, "EXPORT") || EqualIgnoringCase(word, "EXPORTLIM")) {
+  if (EqualIgnoringAsciiCase(word, "IMPORT")) return ProgramMode::kImport;
+  if (EqualIgnoringAsciiCase(word, "EXPORT") || EqualIgnoringAsciiCase(word, "EXPORTLIM")) {
     return ProgramMode::kExport;
   }
   return ProgramMode::kNone;

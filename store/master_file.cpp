@@ -6,6 +6,7 @@
 
 #include "base/comma_text.h"
 #include "base/compare_codes.h"
+#include "base/file_util.h"
 
 namespace nv {
 namespace {
@@ -38,7 +39,7 @@ bool SameNumber(std::string_view a, std::string_view b) {
 
 int ReadMasterFile(const std::string& data_directory, MasterFile* master) {
   std::optional<CommaTextReader> reader =
-      CommaTextReader::Open(FindFileIgnoringCase(data_directory, kMasterFileName));
+      CommaTextReader::Open(PathIgnoringCase(data_directory, kMasterFileName));
   if (!reader) return kMasterFileNotFound;
   std::optional<std::vector<std::string>> header = reader->ReadLine();
   if (!header) return kMasterFileUnreadable;
@@ -72,8 +73,8 @@ int WriteMasterFile(const std::string& data_directory, const MasterFile& master)
     writer.Text(company.name);
     writer.EndLine(kMasterLineColumn);
   }
-  const std::string path = FindFileIgnoringCase(data_directory, kMasterFileName);
-  return WriteWholeFile(path, writer.text()) ? kMasterFileOk : kMasterFileWriteFailed;
+  const std::string path = PathIgnoringCase(data_directory, kMasterFileName);
+  return WriteFileAtomically(path, writer.text()) ? kMasterFileOk : kMasterFileWriteFailed;
 }
 
 void SortMasterRecs(MasterRecArray* companies) {
