@@ -228,6 +228,7 @@ int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, 
         *exit_code = kLockedExitCode;
         return kConfigurationMalformed;
       }
+      // A file that cannot be written still leaves this run its configuration.
       WriteConfigurationFile(config_file, folder, config);
     }
     if (ctx->network_mode && config.base) {
@@ -254,8 +255,10 @@ int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, 
   ctx->current.slot = config.slots[config.current];
   ctx->current.subfolders = ctx->current.slot.options.find('S') != std::string::npos;
   if (load_company_list) {
+    // An empty data path (an undefined slot) must not fall back on the working directory.
     MasterFile master;
-    if (ReadMasterFile(ctx->current.slot.data_path, &master) != kMasterFileOk) {
+    const std::string& data_path = ctx->current.slot.data_path;
+    if (data_path.empty() || ReadMasterFile(data_path, &master) != kMasterFileOk) {
       ui.Message(kMasterFileMessage, "Error");
       return kMasterFileFailed;
     }
