@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
 #include "base/str_format.h"
 
 namespace nv {
@@ -11,12 +12,6 @@ namespace {
 
 constexpr int kMinYear = 1;
 constexpr int kMaxYear = 9999;
-
-std::string_view TrimBlanks(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-  return s;
-}
 
 // The value of a run of 1 to max_digits digits, or -1.
 int Digits(std::string_view s, size_t max_digits) {

@@ -7,21 +7,12 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
+
+#include "base/ascii.h"
 
 namespace nv {
 namespace {
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    unsigned char x = static_cast<unsigned char>(a[i]);
-    unsigned char y = static_cast<unsigned char>(b[i]);
-    if (x >= 'a' && x <= 'z') x = static_cast<unsigned char>(x - 'a' + 'A');
-    if (y >= 'a' && y <= 'z') y = static_cast<unsigned char>(y - 'a' + 'A');
-    if (x != y) return false;
-  }
-  return true;
-}
 
 std::string JoinPath(const std::string& folder, std::string_view name) {
   std::string out = folder;
@@ -97,7 +88,16 @@ std::optional<std::string> ReadFileBytes(const std::string& path, bool* missing)
   return out;
 }
 
-bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
+bool WriteFileAtomically(const std::string& given_path, std::string_view bytes) {
+  // Replace the file a symbolic link points to, not the link.
+  std::string path = given_path;
+  struct stat link_stat;
+  if (::lstat(given_path.c_str(), &link_stat) == 0 && S_ISLNK(link_stat.st_mode)) {
+    char* target = ::realpath(given_path.c_str(), nullptr);
+    if (target == nullptr) return false;
+    path = target;
+    ::free(target);
+  }
   std::string temp_path;
   int fd = OpenTemporaryBeside(path, &temp_path);
   if (fd < 0) return false;

@@ -3,16 +3,11 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "base/ascii.h"
 #include "base/str_format.h"
 
 namespace nv {
 namespace {
-
-std::string_view TrimBlanks(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-  return s;
-}
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';

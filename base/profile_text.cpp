@@ -1,10 +1,12 @@
 #include "base/profile_text.h"
 
+#include "base/ascii.h"
 #include "base/file_util.h"
 
 namespace nv {
 namespace {
 
+// A stray CR counts as a blank, so that a file with CR CR LF line ends still reads.
 bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r';
 }
@@ -13,18 +15,6 @@ std::string_view Trim(std::string_view s) {
   while (!s.empty() && IsBlank(s.front())) s.remove_prefix(1);
   while (!s.empty() && IsBlank(s.back())) s.remove_suffix(1);
   return s;
-}
-
-char Upper(char c) {
-  return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (Upper(a[i]) != Upper(b[i])) return false;
-  }
-  return true;
 }
 
 // The section name when the line is a header.
@@ -55,6 +45,14 @@ bool HasLineBreak(std::string_view s) {
   return s.find('\n') != std::string_view::npos || s.find('\r') != std::string_view::npos;
 }
 
+// Whether key=value can go into the section without the file reading back differently.
+bool CanWrite(std::string_view section, std::string_view key, std::string_view value) {
+  if (section.empty() || key.empty()) return false;
+  if (HasLineBreak(section) || HasLineBreak(key) || HasLineBreak(value)) return false;
+  if (section.find(']') != std::string_view::npos) return false;
+  return key.find('=') == std::string_view::npos && key.front() != '[' && key.front() != ';';
+}
+
 }  // namespace
 
 ProfileText ProfileText::Parse(std::string_view bytes) {
@@ -83,7 +81,7 @@ std::optional<ProfileText::Range> ProfileText::FindSection(std::string_view sect
   section = Trim(section);
   for (size_t i = from; i < lines_.size(); ++i) {
     std::optional<std::string_view> name = HeaderName(lines_[i]);
-    if (name && SameName(*name, section)) return Range{i, SectionEnd(i)};
+    if (name && EqualIgnoringCase(*name, section)) return Range{i, SectionEnd(i)};
   }
   return std::nullopt;
 }
@@ -94,7 +92,7 @@ std::optional<std::string> ProfileText::Find(std::string_view section, std::stri
   key = Trim(key);
   for (size_t i = range->begin + 1; i < range->end; ++i) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
-    if (entry && SameName(entry->key, key)) return std::string(entry->value);
+    if (entry && EqualIgnoringCase(entry->key, key)) return std::string(entry->value);
   }
   return std::nullopt;
 }
@@ -105,7 +103,7 @@ std::vector<std::string> ProfileText::Sections() const {
     std::optional<std::string_view> name = HeaderName(line);
     if (!name) continue;
     bool seen = false;
-    for (const std::string& n : names) seen = seen || SameName(n, *name);
+    for (const std::string& n : names) seen = seen || EqualIgnoringCase(n, *name);
     if (!seen) names.emplace_back(*name);
   }
   return names;
@@ -119,7 +117,7 @@ std::vector<std::string> ProfileText::Keys(std::string_view section) const {
     std::optional<Entry> entry = EntryOf(lines_[i]);
     if (!entry) continue;
     bool seen = false;
-    for (const std::string& k : keys) seen = seen || SameName(k, entry->key);
+    for (const std::string& k : keys) seen = seen || EqualIgnoringCase(k, entry->key);
     if (!seen) keys.emplace_back(entry->key);
   }
   return keys;
@@ -128,11 +126,7 @@ std::vector<std::string> ProfileText::Keys(std::string_view section) const {
 bool ProfileText::Set(std::string_view section, std::string_view key, std::string_view value) {
   section = Trim(section);
   key = Trim(key);
-  if (section.empty() || key.empty() || HasLineBreak(section) || HasLineBreak(key) ||
-      HasLineBreak(value) || section.find(']') != std::string_view::npos ||
-      key.find('=') != std::string_view::npos || key.front() == '[' || key.front() == ';') {
-    return false;
-  }
+  if (!CanWrite(section, key, value)) return false;
   std::string line = std::string(key) + "=" + std::string(value);
   std::optional<Range> range = FindSection(section);
   if (!range) {
@@ -145,7 +139,7 @@ bool ProfileText::Set(std::string_view section, std::string_view key, std::strin
   for (size_t i = range->begin + 1; i < range->end; ++i) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
     if (!entry) continue;
-    if (SameName(entry->key, key)) {
+    if (EqualIgnoringCase(entry->key, key)) {
       lines_[i] = std::move(line);
       return true;
     }
@@ -163,7 +157,7 @@ bool ProfileText::RemoveKey(std::string_view section, std::string_view key) {
   size_t end = range->end;
   for (size_t i = range->begin + 1; i < end;) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
-    if (entry && SameName(entry->key, key)) {
+    if (entry && EqualIgnoringCase(entry->key, key)) {
       lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(i));
       --end;
       removed = true;

@@ -3,7 +3,6 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -12,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ascii.h"
 #include "base/file_util.h"
 #include "base/profile.h"
 #include "base/profile_text.h"
@@ -22,11 +22,6 @@ void Check(bool ok) {
   if (!ok) __builtin_trap();
 }
 
-std::string Upper(std::string s) {
-  for (char& c : s) c = static_cast<char>(toupper(static_cast<unsigned char>(c)));
-  return s;
-}
-
 // Every readable value, keyed by upper-cased section and key (the first spelling wins,
 // as for reading).
 std::map<std::string, std::string> Snapshot(const nv::ProfileText& text) {
@@ -35,19 +30,23 @@ std::map<std::string, std::string> Snapshot(const nv::ProfileText& text) {
     for (const std::string& key : text.Keys(section)) {
       std::optional<std::string> value = text.Find(section, key);
       Check(value.has_value());
-      all.emplace(Upper(section + "\n" + key), *value);
+      all.emplace(nv::AsciiUpper(section + "\n" + key), *value);
     }
   }
   return all;
 }
 
-const std::string& TempFolder() {
-  static const std::string folder = [] {
-    char pattern[] = "/tmp/nv_profile_fuzz_XXXXXX";
-    const char* made = mkdtemp(pattern);
-    return std::string(made != nullptr ? made : "/tmp");
+// One folder for the whole run, removed at exit (each input deletes its own file). A
+// plain array, so that it outlives the exit handler.
+char g_folder[] = "/tmp/nv_profile_fuzz_XXXXXX";
+
+const char* TempFolder() {
+  static const bool made = [] {
+    if (mkdtemp(g_folder) == nullptr) return false;
+    atexit([] { rmdir(g_folder); });
+    return true;
   }();
-  return folder;
+  return made ? g_folder : "/tmp";
 }
 
 }  // namespace
@@ -72,11 +71,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   nv::ProfileText removed = text;
   removed.RemoveSection(target);
-  for (const std::string& s : removed.Sections()) Check(Upper(s) != Upper(target));
+  for (const std::string& s : removed.Sections())
+    Check(nv::AsciiUpper(s) != nv::AsciiUpper(target));
   Check(!removed.Find(target, "FuzzKey").has_value());
 
   // The same through a file on disk.
-  std::string file = TempFolder() + "/fuzz.ini";
+  std::string file = std::string(TempFolder()) + "/fuzz.ini";
   if (!nv::WriteFileAtomically(file, bytes)) return 0;
   for (const std::string& section : nv::ListProfileSections(file)) {
     for (const std::string& key : nv::ListProfileKeys(file, section)) {
