@@ -123,17 +123,6 @@ void CommaTextWriter::EndLine(size_t column) {
   line_has_field_ = false;
 }
 
-bool EqualIgnoringAsciiCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    char x = a[i], y = b[i];
-    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
-    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
-    if (x != y) return false;
-  }
-  return true;
-}
-
 std::string PathIgnoringCase(const std::string& folder, std::string_view name) {
   return FindFileIgnoringCase(folder, name).value_or(folder + std::string(name));
 }

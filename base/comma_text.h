@@ -85,10 +85,6 @@ class CommaTextWriter {
   bool line_has_field_ = false;
 };
 
-// True when a and b are equal ignoring ASCII case, as the installation compares names,
-// tokens and setting values.
-bool EqualIgnoringAsciiCase(std::string_view a, std::string_view b);
-
 // Path of the installation file `name` in folder: an existing entry whose name equals it
 // ignoring case, else folder + name as given (the case a new file gets). `folder` ends with
 // the path separator or is empty for the current directory.

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <climits>
 
+#include "base/ascii.h"
 #include "base/str_format.h"
 
 namespace nv {
@@ -53,10 +54,7 @@ std::optional<LogFont> ParseLogFont(std::string_view text) {
   if (text.size() - pos < kLogFontFaceSize) return std::nullopt;
   std::string_view face = text.substr(pos, kLogFontFaceSize - 1);
   face = face.substr(0, face.find('\0'));
-  const size_t first = face.find_first_not_of(" \t");
-  const size_t last = face.find_last_not_of(" \t");
-  face =
-      first == std::string_view::npos ? std::string_view() : face.substr(first, last - first + 1);
+  face = TrimBlanks(face);
 
   LogFont font;
   font.height = numbers[0];

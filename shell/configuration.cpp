@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/ascii.h"
 #include "base/comma_text.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
@@ -73,7 +74,7 @@ TerminalMatch FindTerminal(CommaTextReader& reader, const std::string& user_name
     const unsigned number = ParseTerminalNumber((*line)[1]);
     match.highest = std::max(match.highest, number);
     const std::string& name = (*line)[0];
-    if (exact ? name == user_name : EqualIgnoringAsciiCase(name, user_name)) {
+    if (exact ? name == user_name : EqualIgnoringCase(name, user_name)) {
       match.found = true;
       match.number = number;
       return match;
@@ -113,7 +114,7 @@ bool ReadSlots(CommaTextReader& reader, size_t fields, NvConfiguration* config) 
     ConfigurationSlot& s = config->slots[slot];
     s.name = (*line)[0];
     s.data_path = AsDataPath((*line)[1]);
-    s.enabled = fields < 3 || EqualIgnoringAsciiCase((*line)[2], "Y");
+    s.enabled = fields < 3 || EqualIgnoringCase((*line)[2], "Y");
     s.options = fields >= 8 ? (*line)[7] : std::string();
   }
   return true;

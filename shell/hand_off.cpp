@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "base/comma_text.h"
+#include "base/ascii.h"
 
 namespace nv {
 namespace {
@@ -15,7 +15,7 @@ constexpr std::string_view kPidPrefix = "/pid:";
 
 bool HasPidPrefix(std::string_view argument) {
   return argument.size() >= kPidPrefix.size() &&
-         EqualIgnoringAsciiCase(argument.substr(0, kPidPrefix.size()), kPidPrefix);
+         EqualIgnoringCase(argument.substr(0, kPidPrefix.size()), kPidPrefix);
 }
 
 // Decimal text as atol reads it, but without atol's undefined overflow.
@@ -58,7 +58,7 @@ std::optional<RunParameters> CheckHandOff(int argc, const char* const* argv, int
   std::optional<std::vector<std::string>> lines = ReadParameterLines(stdin_fd);
   if (!lines || lines->size() != kParameterLineCount) return std::nullopt;
   const std::vector<std::string>& l = *lines;
-  if (!EqualIgnoringAsciiCase(std::string_view(argv[1]).substr(kPidPrefix.size()), l[3])) {
+  if (!EqualIgnoringCase(std::string_view(argv[1]).substr(kPidPrefix.size()), l[3])) {
     return std::nullopt;
   }
   RunParameters run;
@@ -78,8 +78,8 @@ std::optional<RunParameters> CheckHandOff(int argc, const char* const* argv, int
 ProgramMode ParseModeWord(int argc, const char* const* argv) {
   if (argc < 3 || argv[2] == nullptr) return ProgramMode::kNone;
   const std::string_view word = argv[2];
-  if (EqualIgnoringAsciiCase(word, "IMPORT")) return ProgramMode::kImport;
-  if (EqualIgnoringAsciiCase(word, "EXPORT") || EqualIgnoringAsciiCase(word, "EXPORTLIM")) {
+  if (EqualIgnoringCase(word, "IMPORT")) return ProgramMode::kImport;
+  if (EqualIgnoringCase(word, "EXPORT") || EqualIgnoringCase(word, "EXPORTLIM")) {
     return ProgramMode::kExport;
   }
   return ProgramMode::kNone;

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "base/ascii.h"
 #include "base/comma_text.h"
 #include "base/date.h"
 #include "base/log_font.h"
@@ -56,11 +57,11 @@ std::optional<InstallationContext> LoadStartup(const RunParameters& run,
   // The screen-print font lives in the user's own section, so the name is settled first;
   // neither step shows anything or touches a file.
   ctx.name_type =
-      EqualIgnoringAsciiCase(ReadProfileString(ini, "Network", "Name Type", "Computer"), "User")
+      EqualIgnoringCase(ReadProfileString(ini, "Network", "Name Type", "Computer"), "User")
           ? NameType::kUser
           : NameType::kComputer;
   ctx.exact_name_match =
-      EqualIgnoringAsciiCase(ReadProfileString(ini, "Network", "Name Case-Sensitive", "yes"), "no");
+      EqualIgnoringCase(ReadProfileString(ini, "Network", "Name Case-Sensitive", "yes"), "no");
   ctx.user_name = DetermineUserName(ctx.name_type);
   ctx.screen_print_font = ReadUserFont(ini, ctx.user_name, kScreenPrintFontKey);
 

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "base/comma_text.h"
 #include "base/compare_codes.h"
 #include "base/file_util.h"
@@ -11,28 +12,12 @@
 namespace nv {
 namespace {
 
-std::string Trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return std::string();
-  const size_t last = text.find_last_not_of(" \t");
-  return std::string(text.substr(first, last - first + 1));
-}
-
-std::string UpperCase(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
-}
-
 NvMasterRec Normalized(NvMasterRec company) {
-  company.number = UpperCase(Trimmed(company.number));
+  company.number = AsciiUpper(TrimBlanks(company.number));
   if (company.number.size() > kMasterNumberLength) company.number.resize(kMasterNumberLength);
-  company.name = Trimmed(company.name);
+  company.name = std::string(TrimBlanks(company.name));
   if (company.name.size() > kMasterNameLength) company.name.resize(kMasterNameLength);
   return company;
-}
-
-bool SameNumber(std::string_view a, std::string_view b) {
-  return UpperCase(std::string(a)) == UpperCase(std::string(b));
 }
 
 }  // namespace
@@ -43,7 +28,7 @@ int ReadMasterFile(const std::string& data_directory, MasterFile* master) {
   if (!reader) return kMasterFileNotFound;
   std::optional<std::vector<std::string>> header = reader->ReadLine();
   if (!header) return kMasterFileUnreadable;
-  const std::string count = Trimmed(header->front());
+  const std::string_view count = TrimBlanks(header->front());
   if (count.empty() || !std::isdigit(static_cast<unsigned char>(count.front()))) {
     return kMasterFileUnreadable;
   }
@@ -87,7 +72,7 @@ void SortMasterRecs(MasterRecArray* companies) {
 void InsertMasterRec(MasterRecArray* companies, NvMasterRec company) {
   company = Normalized(std::move(company));
   for (NvMasterRec& existing : *companies) {
-    if (SameNumber(existing.number, company.number)) {
+    if (EqualIgnoringCase(existing.number, company.number)) {
       existing = std::move(company);
       return;
     }
