@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -31,20 +33,29 @@ class SilentUi : public nv::Ui {
   void ShowHelp(std::string_view) override {}
 };
 
-const std::string& ScratchFolder() {
-  static const std::string folder = [] {
+// The scratch folder, removed at exit; kept in a plain array so that it outlives every
+// static destructor that runs before the exit handler.
+char scratch_folder[64];
+
+void RemoveScratchFolder() {
+  std::error_code ec;
+  std::filesystem::remove_all(scratch_folder, ec);
+}
+
+std::string ScratchFolder() {
+  if (scratch_folder[0] == '\0') {
     char pattern[] = "/tmp/nv_configuration_fuzz_XXXXXX";
-    const char* made = ::mkdtemp(pattern);
-    if (made == nullptr) std::abort();
-    return std::string(made) + "/";
-  }();
-  return folder;
+    if (::mkdtemp(pattern) == nullptr) std::abort();
+    std::snprintf(scratch_folder, sizeof scratch_folder, "%s", pattern);
+    std::atexit(RemoveScratchFolder);
+  }
+  return std::string(scratch_folder) + "/";
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string& folder = ScratchFolder();
+  const std::string folder = ScratchFolder();
   std::error_code ec;
   for (const auto& entry : std::filesystem::directory_iterator(folder, ec)) {
     std::filesystem::remove(entry.path(), ec);
