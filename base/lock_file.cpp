@@ -1,0 +1,120 @@
+#include "base/lock_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cassert>
+#include <cerrno>
+
+#include "base/file_util.h"
+
+namespace nv {
+namespace {
+
+// How often the file may be replaced under us before we give up; each round means another
+// process deleted the file between our open and our lock, which is rare.
+constexpr int kMaxAttempts = 50;
+
+struct flock WholeFileLock(short type) {
+  struct flock lock = {};
+  lock.l_type = type;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = 0;
+  lock.l_len = 0;  // to the end of the file, however long it grows
+  lock.l_pid = 0;  // required for open-file-description locks
+  return lock;
+}
+
+// True when `path` names the same file as the open descriptor.
+bool PathNamesDescriptor(const std::string& path, int fd) {
+  struct stat by_fd;
+  struct stat by_path;
+  if (::fstat(fd, &by_fd) != 0 || ::stat(path.c_str(), &by_path) != 0) return false;
+  return by_fd.st_dev == by_path.st_dev && by_fd.st_ino == by_path.st_ino;
+}
+
+}  // namespace
+
+LockFile::LockFile(LockFile&& other) noexcept : fd_(other.fd_), path_(std::move(other.path_)) {
+  other.fd_ = -1;
+}
+
+LockFile& LockFile::operator=(LockFile&& other) noexcept {
+  if (this != &other) {
+    Release();
+    fd_ = other.fd_;
+    path_ = std::move(other.path_);
+    other.fd_ = -1;
+  }
+  return *this;
+}
+
+LockStatus LockFile::TryAcquire(const std::string& path) {
+  assert(!held());
+  if (held()) return LockStatus::kError;
+  for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+    int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0) return LockStatus::kError;
+    struct flock lock = WholeFileLock(F_WRLCK);
+    if (::fcntl(fd, F_OFD_SETLK, &lock) != 0) {
+      int error = errno;
+      ::close(fd);
+      if (error == EAGAIN || error == EACCES) return LockStatus::kHeldByOther;
+      return LockStatus::kError;
+    }
+    if (PathNamesDescriptor(path, fd)) {
+      fd_ = fd;
+      path_ = path;
+      return LockStatus::kAcquired;
+    }
+    ::close(fd);  // we locked a file that is no longer there: try the one that is
+  }
+  return LockStatus::kError;
+}
+
+bool LockFile::WriteContent(std::string_view text) {
+  assert(held());
+  if (!held() || ::ftruncate(fd_, 0) != 0) return false;
+  off_t offset = 0;
+  while (!text.empty()) {
+    ssize_t n = ::pwrite(fd_, text.data(), text.size(), offset);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    text.remove_prefix(static_cast<size_t>(n));
+    offset += n;
+  }
+  return true;
+}
+
+bool LockFile::IsStale() const {
+  assert(held());
+  return !held() || !PathNamesDescriptor(path_, fd_);
+}
+
+void LockFile::Release() {
+  if (fd_ >= 0) ::close(fd_);
+  fd_ = -1;
+  path_.clear();
+}
+
+void LockFile::ReleaseAndRemove() {
+  // Only remove the file if it is still ours; a replacement belongs to someone else.
+  if (held() && !IsStale()) ::unlink(path_.c_str());
+  Release();
+}
+
+std::optional<std::string> LockFile::ReadContent(const std::string& path) {
+  return ReadFileBytes(path);
+}
+
+bool LockFile::IsHeldByOther(const std::string& path) {
+  int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  struct flock lock = WholeFileLock(F_WRLCK);
+  bool held = ::fcntl(fd, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+  ::close(fd);
+  return held;
+}
+
+}  // namespace nv

@@ -1,0 +1,63 @@
+// A lock file held open with other writers denied, as the company in-use lock is.
+//
+// The lock is an exclusive open-file-description lock (fcntl F_OFD_SETLK) on the whole
+// file, taken without waiting. Such locks belong to one open of the file, so two
+// LockFile objects exclude each other even inside one process, and the lock goes away
+// when the holder closes the file or its process dies in any way.
+//
+// A file can be deleted or replaced while it is locked, which Windows would refuse. So after
+// taking the lock the holder checks that the path still names the file it locked; if not,
+// another process removed it in between, and the attempt starts again with the file now
+// at the path. A holder that removes the file does so before it lets go of the lock.
+//
+// Readers (ReadContent, IsHeldByOther) never take the lock.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace nv {
+
+enum class LockStatus {
+  kAcquired,
+  kHeldByOther,  // another open of the file holds the lock
+  kError,        // the file cannot be created or opened, or kept changing under us
+};
+
+class LockFile {
+ public:
+  LockFile() = default;
+  ~LockFile() { Release(); }
+  LockFile(const LockFile&) = delete;
+  LockFile& operator=(const LockFile&) = delete;
+  LockFile(LockFile&& other) noexcept;
+  LockFile& operator=(LockFile&& other) noexcept;
+
+  // Creates the file if needed and takes the lock. REQUIRES: !held().
+  LockStatus TryAcquire(const std::string& path);
+  bool held() const { return fd_ >= 0; }
+  const std::string& path() const { return path_; }
+
+  // Replaces the file's content. REQUIRES: held().
+  bool WriteContent(std::string_view text);
+  // True when the path no longer names the file this holder locked (someone deleted or
+  // replaced it). REQUIRES: held().
+  bool IsStale() const;
+
+  // Closes the file, which lets go of the lock. Nothing happens when not held.
+  void Release();
+  // Deletes the file while still holding the lock, then releases it.
+  void ReleaseAndRemove();
+
+  // The file's content, read without locking; nullopt when it cannot be read.
+  static std::optional<std::string> ReadContent(const std::string& path);
+  // True when some open of the file (in any process, this one included) holds the lock.
+  static bool IsHeldByOther(const std::string& path);
+
+ private:
+  int fd_ = -1;
+  std::string path_;
+};
+
+}  // namespace nv
