@@ -397,26 +397,22 @@ std::optional<std::string> ScriptedUi::ChooseFile(const FileDialogRequest& reque
                      " filter=" + QuoteTranscriptText(request.filter) +
                      " folder=" + QuoteTranscriptText(request.initial_directory) +
                      " name=" + QuoteTranscriptText(request.initial_name) + " -> ";
-  std::string error;
-  const ScriptAnswer* a =
-      TakeAnswer("a file dialog", {Kind::kFile, Kind::kCancel, Kind::kClose}, &error);
-  if (a && a->kind == Kind::kFile) {
-    WritePrompt(line + "file " + QuoteTranscriptText(a->text), error);
-    return a->text;
-  }
-  WritePrompt(line + "cancel", error);
-  return std::nullopt;
+  return AnswerPath(std::move(line), "a file dialog", Kind::kFile);
 }
 
 std::optional<std::string> ScriptedUi::ChooseFolder(std::string_view title,
                                                     std::string_view initial_folder) {
   std::string line = "folder title=" + QuoteTranscriptText(title) +
                      " folder=" + QuoteTranscriptText(initial_folder) + " -> ";
+  return AnswerPath(std::move(line), "a folder dialog", Kind::kFolder);
+}
+
+std::optional<std::string> ScriptedUi::AnswerPath(std::string line, std::string_view prompt,
+                                                  Kind path_kind) {
   std::string error;
-  const ScriptAnswer* a =
-      TakeAnswer("a folder dialog", {Kind::kFolder, Kind::kCancel, Kind::kClose}, &error);
-  if (a && a->kind == Kind::kFolder) {
-    WritePrompt(line + "folder " + QuoteTranscriptText(a->text), error);
+  const ScriptAnswer* a = TakeAnswer(prompt, {path_kind, Kind::kCancel, Kind::kClose}, &error);
+  if (a && a->kind == path_kind) {
+    WritePrompt(line + DirectiveName(path_kind) + " " + QuoteTranscriptText(a->text), error);
     return a->text;
   }
   WritePrompt(line + "cancel", error);

@@ -34,17 +34,23 @@
 // carries fields name=value; texts are in double quotes with backslash, double quote,
 // LF, CR and tab written as \\ \" \n \r \t and other control bytes as \xNN, so that one
 // prompt is always one line (bytes 0x80 and up stand as they are). Prompts that take
-// an answer end with " -> " and the answer given:
+// an answer end with " -> " and the answer given (long lines are wrapped here only):
 //
+// clang-format off
 //   message title="Error" text="Unable to read Master File"
-//   question title="Question" text="Continue?" buttons=["&Yes", "&No", "Cancel"] default="&Yes" ->
-//   yes choice title="" text="Select company type:" note="" options=["New Company", "Existing
-//   company"] -> choose 1 "Existing company" result=1 choice ... -> close result=-1 file-open
-//   title="..." filter="..." folder="..." name="..." -> file "C:/data/x.dat" file-save ... ->
-//   cancel folder title="..." folder="..." -> folder "/tmp/out" note title="..." text="..."
+//   question title="Question" text="Continue?" buttons=["&Yes", "&No", "Cancel"]
+//       default="&Yes" -> yes
+//   choice title="" text="Select company type:" note="" options=["New Company",
+//       "Existing company"] -> choose 1 "Existing company" result=1
+//   choice ... -> close result=-1
+//   file-open title="..." filter="..." folder="..." name="..." -> file "C:/data/x.dat"
+//   file-save ... -> cancel
+//   folder title="..." folder="..." -> folder "/tmp/out"
+//   note title="..." text="..."
 //   progress title="..." text="..." total=250 position=250 last-text="..."
 //   help topic="nvsy6dis.html"
 //   error: line 4 ("file /x") does not answer a question box
+// clang-format on
 //
 // An option with a value of its own shows it after the text ("Replace"=2). A progress
 // line is written when its meter closes; last-text appears only when the text was
@@ -141,6 +147,9 @@ class ScriptedUi : public Ui {
   const ScriptAnswer* TakeAnswer(std::string_view prompt,
                                  std::initializer_list<ScriptAnswer::Kind> fitting,
                                  std::string* error);
+  // File and folder dialogs: answered by a path of kind `path_kind`, or cancelled.
+  std::optional<std::string> AnswerPath(std::string line, std::string_view prompt,
+                                        ScriptAnswer::Kind path_kind);
   // Writes the prompt line, then the error line when there is one.
   void WritePrompt(const std::string& line, const std::string& error);
 
