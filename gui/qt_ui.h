@@ -8,13 +8,10 @@
 #include <QWidget>
 #include <string>
 
+#include "gui/help_viewer.h"
 #include "ui/ui.h"
 
-class QMessageBox;
-
 namespace nv {
-
-class HelpViewer;
 
 class QtUi : public Ui {
  public:

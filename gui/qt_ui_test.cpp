@@ -39,7 +39,7 @@ ChoiceListRequest ThreeOptions() {
 class QtUiTest : public QObject {
   Q_OBJECT
 
- private slots:
+ private Q_SLOTS:
   void WindowsTextKeepsEveryByte() {
     std::string all;
     for (int byte = 1; byte < 256; ++byte) all.push_back(static_cast<char>(byte));
