@@ -2,9 +2,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -178,6 +180,52 @@ class QtUiTest : public QObject {
     QFETCH(QString, pattern);
     QFETCH(QStringList, filters);
     QCOMPARE(NameFiltersFromPattern(pattern.toStdString()), filters);
+  }
+
+  void ChooseFileReturnsThePathOrNothing() {
+    QTemporaryDir dir;
+    QFile file(dir.filePath("ASSETS.DAT"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    QtUi ui("");
+    FileDialogRequest request;
+    request.title = "Select PC/FAS File";
+    request.filter = "PC/FAS files|*.dat;*.DAT|All files|*.*";
+    request.initial_directory = dir.path().toStdString();
+    QStringList filters;
+    QString title;
+    ModalDriver driver;
+    driver.Then([&](QWidget* modal) {
+      auto* dialog = qobject_cast<QFileDialog*>(modal);
+      QVERIFY(dialog);
+      title = dialog->windowTitle();
+      filters = dialog->nameFilters();
+      dialog->selectFile(dir.filePath("ASSETS.DAT"));
+      static_cast<QDialog*>(dialog)->accept();  // as the Open button does
+    });
+    driver.Then([](QWidget* modal) { qobject_cast<QDialog*>(modal)->reject(); });
+    QCOMPARE(ui.ChooseFile(request),
+             std::optional<std::string>(dir.filePath("ASSETS.DAT").toStdString()));
+    QCOMPARE(title, QStringLiteral("Select PC/FAS File"));
+    QCOMPARE(filters, QStringList({"PC/FAS files (*.dat *.DAT)", "All files (*)"}));
+    QCOMPARE(ui.ChooseFile(request), std::nullopt);
+  }
+
+  void NoteShowsTextReadOnly() {
+    QtUi ui("");
+    QString text;
+    bool read_only = false;
+    ModalDriver driver;
+    driver.Then([&](QWidget* modal) {
+      auto* view = modal->findChild<QPlainTextEdit*>();
+      QVERIFY(view);
+      text = view->toPlainText();
+      read_only = view->isReadOnly();
+      ModalDriver::Button(modal, "OK")->click();
+    });
+    ui.ShowNote("Import Report", "12 assets copied.\n\xA7 3 skipped");
+    QCOMPARE(text, QString::fromUtf8("12 assets copied.\n\u00a7 3 skipped"));
+    QVERIFY(read_only);
   }
 
   void ProgressMeterShowsTextAndPosition() {
