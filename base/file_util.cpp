@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 
 #include "base/ascii.h"
 
@@ -87,7 +88,16 @@ std::optional<std::string> ReadFileBytes(const std::string& path, bool* missing)
   return out;
 }
 
-bool WriteFileAtomically(const std::string& path, std::string_view bytes) {
+bool WriteFileAtomically(const std::string& given_path, std::string_view bytes) {
+  // Replace the file a symbolic link points to, not the link.
+  std::string path = given_path;
+  struct stat link_stat;
+  if (::lstat(given_path.c_str(), &link_stat) == 0 && S_ISLNK(link_stat.st_mode)) {
+    char* target = ::realpath(given_path.c_str(), nullptr);
+    if (target == nullptr) return false;
+    path = target;
+    ::free(target);
+  }
   std::string temp_path;
   int fd = OpenTemporaryBeside(path, &temp_path);
   if (fd < 0) return false;

@@ -21,7 +21,8 @@ std::optional<std::string> FindFileIgnoringCase(const std::string& folder, std::
 std::optional<std::string> ReadFileBytes(const std::string& path, bool* missing = nullptr);
 
 // Replaces (or creates) `path` with `bytes` through a temporary file in the same folder.
-// On failure the old file is left as it was and false is returned.
+// On failure the old file is left as it was and false is returned. Through a symbolic
+// link the file it points to is replaced; a dangling link is a failure.
 bool WriteFileAtomically(const std::string& path, std::string_view bytes);
 
 // Writes `text`, whose lines end with "\n", with CR LF line ends (a "\r\n" already in the

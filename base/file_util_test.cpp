@@ -1,6 +1,7 @@
 #include "base/file_util.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -40,6 +41,20 @@ TEST(FileUtil, TextFilesAreWrittenWithCrLf) {
   ASSERT_TRUE(WriteTextFile(path, ""));  // overwrite with nothing
   EXPECT_EQ(ReadFileBytes(path), "");
   EXPECT_EQ(ReadTextLines(path), Lines{});
+}
+
+TEST(FileUtil, ReplacingThroughALinkKeepsTheLink) {
+  TempDir dir;
+  ASSERT_TRUE(MakeDirectories(dir.File("real")));
+  ASSERT_TRUE(WriteFileAtomically(dir.File("real/KELNVWIN.INI"), "old"));
+  ASSERT_EQ(::symlink("real/KELNVWIN.INI", dir.File("link.ini").c_str()), 0);
+  ASSERT_TRUE(WriteFileAtomically(dir.File("link.ini"), "new"));
+  struct stat st;
+  ASSERT_EQ(::lstat(dir.File("link.ini").c_str(), &st), 0);
+  EXPECT_TRUE(S_ISLNK(st.st_mode));
+  EXPECT_EQ(ReadFileBytes(dir.File("real/KELNVWIN.INI")), "new");
+  ASSERT_EQ(::symlink("nowhere/x", dir.File("dangling").c_str()), 0);
+  EXPECT_FALSE(WriteFileAtomically(dir.File("dangling"), "x"));
 }
 
 TEST(FileUtil, LinesSplitAtLfAndCrLfOnly) {

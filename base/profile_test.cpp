@@ -43,6 +43,13 @@ TEST_F(ProfileTest, NamesIgnoreCaseAndValuesAreTrimmedAndUnquoted) {
   EXPECT_EQ(Read("Missing", "Name Type"), "<default>");
 }
 
+TEST_F(ProfileTest, StrayCarriageReturnsReadAsBlanks) {
+  Put("[A]\r\r\nk=v\r\r\n");
+  EXPECT_EQ(Read("A", "k"), "v");
+  ASSERT_TRUE(WriteProfileString(ini_, "A", "j", "w"));
+  EXPECT_EQ(Contents(ini_), "[A]\r\r\nk=v\r\r\nj=w\r\n");
+}
+
 TEST_F(ProfileTest, ReadIsCutToBufferSizeLessOne) {
   Put("[S]\nk=\"" + std::string(400, 'x') + "\"\nshort=abcdef\n");
   EXPECT_EQ(Read("S", "k").size(), 300u);

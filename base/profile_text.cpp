@@ -6,6 +6,7 @@
 namespace nv {
 namespace {
 
+// A stray CR counts as a blank, so that a file with CR CR LF line ends still reads.
 bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r';
 }
@@ -42,6 +43,14 @@ std::optional<Entry> EntryOf(std::string_view line) {
 
 bool HasLineBreak(std::string_view s) {
   return s.find('\n') != std::string_view::npos || s.find('\r') != std::string_view::npos;
+}
+
+// Whether key=value can go into the section without the file reading back differently.
+bool CanWrite(std::string_view section, std::string_view key, std::string_view value) {
+  if (section.empty() || key.empty()) return false;
+  if (HasLineBreak(section) || HasLineBreak(key) || HasLineBreak(value)) return false;
+  if (section.find(']') != std::string_view::npos) return false;
+  return key.find('=') == std::string_view::npos && key.front() != '[' && key.front() != ';';
 }
 
 }  // namespace
@@ -117,11 +126,7 @@ std::vector<std::string> ProfileText::Keys(std::string_view section) const {
 bool ProfileText::Set(std::string_view section, std::string_view key, std::string_view value) {
   section = Trim(section);
   key = Trim(key);
-  if (section.empty() || key.empty() || HasLineBreak(section) || HasLineBreak(key) ||
-      HasLineBreak(value) || section.find(']') != std::string_view::npos ||
-      key.find('=') != std::string_view::npos || key.front() == '[' || key.front() == ';') {
-    return false;
-  }
+  if (!CanWrite(section, key, value)) return false;
   std::string line = std::string(key) + "=" + std::string(value);
   std::optional<Range> range = FindSection(section);
   if (!range) {

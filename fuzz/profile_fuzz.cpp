@@ -36,13 +36,17 @@ std::map<std::string, std::string> Snapshot(const nv::ProfileText& text) {
   return all;
 }
 
-const std::string& TempFolder() {
-  static const std::string folder = [] {
-    char pattern[] = "/tmp/nv_profile_fuzz_XXXXXX";
-    const char* made = mkdtemp(pattern);
-    return std::string(made != nullptr ? made : "/tmp");
+// One folder for the whole run, removed at exit (each input deletes its own file). A
+// plain array, so that it outlives the exit handler.
+char g_folder[] = "/tmp/nv_profile_fuzz_XXXXXX";
+
+const char* TempFolder() {
+  static const bool made = [] {
+    if (mkdtemp(g_folder) == nullptr) return false;
+    atexit([] { rmdir(g_folder); });
+    return true;
   }();
-  return folder;
+  return made ? g_folder : "/tmp";
 }
 
 }  // namespace
@@ -72,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Check(!removed.Find(target, "FuzzKey").has_value());
 
   // The same through a file on disk.
-  std::string file = TempFolder() + "/fuzz.ini";
+  std::string file = std::string(TempFolder()) + "/fuzz.ini";
   if (!nv::WriteFileAtomically(file, bytes)) return 0;
   for (const std::string& section : nv::ListProfileSections(file)) {
     for (const std::string& key : nv::ListProfileKeys(file, section)) {

@@ -135,6 +135,7 @@ std::string_view NvBTreeFile::Key(const NvIndexNode& node, int slot) const {
 }
 
 int NvBTreeFile::ReadNode(uint32_t number, NvIndexNode* node) {
+  if (node == &scratch_) scratch_.number = 0;  // until it holds the new node
   if (number < 1 || number > file_.highest_record()) return kOutOfRange;
   node_bytes_.resize(file_.record_length());
   if (!file_.ReadRecord(number, node_bytes_.data())) return kOutOfRange;
@@ -154,7 +155,15 @@ int NvBTreeFile::ReadNode(uint32_t number, NvIndexNode* node) {
   return kOk;
 }
 
+// A walk reads each node once on its way down and emits from the copy in scratch_; every
+// write of that node drops the copy.
+int NvBTreeFile::ReadNodeOnce(uint32_t number, NvIndexNode* node) {
+  if (node == &scratch_ && scratch_.number == number && number != 0) return kOk;
+  return ReadNode(number, node);
+}
+
 int NvBTreeFile::WriteNode(const NvIndexNode& node) {
+  if (&node != &scratch_ && node.number == scratch_.number) scratch_.number = 0;
   node_bytes_.resize(file_.record_length());
   size_t keys = size_t{3} * key_length_;
   std::memcpy(node_bytes_.data(), node.keys.data(), keys);
@@ -441,7 +450,7 @@ int NvBTreeFile::EmitNext(uint32_t* record) {
   while (!path_.empty()) {
     PathEntry& top = path_.back();
     if (top.slot <= 2) {
-      if (int rc = ReadNode(top.node, &node); rc != kOk) return rc;
+      if (int rc = ReadNodeOnce(top.node, &node); rc != kOk) return rc;
       if (!SlotEmpty(node, top.slot)) return Emit(node, top.slot, record);
       ++top.slot;  // only a damaged node has a gap here
       continue;
@@ -461,7 +470,7 @@ int NvBTreeFile::EmitPrevious(uint32_t* record) {
     PathEntry& top = path_.back();
     int slot = int{top.slot} - 1;
     if (slot >= 0 && slot <= 2) {
-      if (int rc = ReadNode(top.node, &node); rc != kOk) return rc;
+      if (int rc = ReadNodeOnce(top.node, &node); rc != kOk) return rc;
       // Keys are right-aligned: an empty slot means none is left in this node.
       if (!SlotEmpty(node, slot)) return Emit(node, slot, record);
     }
@@ -473,67 +482,47 @@ int NvBTreeFile::EmitPrevious(uint32_t* record) {
 }
 
 int NvBTreeFile::Next(uint32_t* record) {
+  return Step(true, record);
+}
+
+int NvBTreeFile::Previous(uint32_t* record) {
+  return Step(false, record);
+}
+
+int NvBTreeFile::Step(bool forward, uint32_t* record) {
   if (!file_.is_open()) return bad_header_status_;
   if (root_ == 0) {
     ClearPath();
     return kOutOfRange;
   }
-  int rc = kOk;
-  if (path_.empty()) {
-    walk_steps_ = 0;
-    rc = DescendLeft(root_);
-  } else if (at_gap_) {
-    at_gap_ = false;
-  } else {
-    PathEntry top = path_.back();
-    if (top.slot <= 3) {
-      if (rc = ReadNode(top.node, &scratch_); rc == kOk && scratch_.child[top.slot] != 0) {
-        rc = DescendLeft(scratch_.child[top.slot]);
-      }
-    }
-  }
-  if (rc != kOk) {
-    ClearPath();
-    return rc;
-  }
-  rc = EmitNext(record);
+  int rc = forward ? StepDown(true) : StepDown(false);
+  if (rc == kOk) rc = forward ? EmitNext(record) : EmitPrevious(record);
   if (rc != kOk) ClearPath();
   return rc;
 }
 
-int NvBTreeFile::Previous(uint32_t* record) {
-  if (!file_.is_open()) return bad_header_status_;
-  if (root_ == 0) {
-    ClearPath();
-    return kOutOfRange;
-  }
-  int rc = kOk;
+// First half of a step: from the current entry down into the subtree next to it in the
+// direction of the walk, leaving the path where the next entry is emitted from.
+int NvBTreeFile::StepDown(bool forward) {
   if (path_.empty()) {
     walk_steps_ = 0;
-    rc = DescendRight(root_);
-  } else if (at_gap_) {
+    return forward ? DescendLeft(root_) : DescendRight(root_);
+  }
+  if (at_gap_) {
     at_gap_ = false;
-  } else {
-    PathEntry& top = path_.back();
-    if (top.slot == 0 || top.slot > 3) {
-      path_.pop_back();
-    } else {
-      // The current entry is key slot - 1; before it lies the child left of that key.
-      top.slot = static_cast<uint16_t>(top.slot - 1);
-      uint32_t n = top.node;
-      uint16_t child = top.slot;
-      if (rc = ReadNode(n, &scratch_); rc == kOk && scratch_.child[child] != 0) {
-        rc = DescendRight(scratch_.child[child]);
-      }
-    }
+    return kOk;
   }
-  if (rc != kOk) {
-    ClearPath();
-    return rc;
+  PathEntry& top = path_.back();
+  if (top.slot > 3 || (!forward && top.slot == 0)) {
+    path_.pop_back();
+    return kOk;
   }
-  rc = EmitPrevious(record);
-  if (rc != kOk) ClearPath();
-  return rc;
+  // The current entry is key slot - 1: after it lies child slot, before it child slot - 1.
+  if (!forward) top.slot = static_cast<uint16_t>(top.slot - 1);
+  uint16_t child = top.slot;
+  if (int rc = ReadNode(top.node, &scratch_); rc != kOk) return rc;
+  if (scratch_.child[child] == 0) return kOk;
+  return forward ? DescendLeft(scratch_.child[child]) : DescendRight(scratch_.child[child]);
 }
 
 }  // namespace nv

@@ -99,6 +99,7 @@ class NvBTreeFile {
   int ReadHeader();
   int WriteHeader();
   // Writes the header when open for writing, then closes: 0, or -1 when either failed.
+  // Destroying an open index closes it without writing the header.
   int Close();
 
   // The sort order is the company's for .I2 and empty for .I1. Keys shorter than the key
@@ -113,7 +114,11 @@ class NvBTreeFile {
   // Key of the entry last found or stepped to.
   const std::string& current_key() const { return current_key_; }
   const TreepathStack& path() const { return path_; }
-  void ClearPath() { path_.clear(), at_gap_ = false; }
+  void ClearPath() {
+    path_.clear();
+    at_gap_ = false;
+    scratch_.number = 0;
+  }
 
   int CompareKeys(std::string_view a, std::string_view b, std::string_view sort_order) const;
   // Reads and checks a node number (1 .. highest record): kOk or kOutOfRange.
@@ -133,6 +138,9 @@ class NvBTreeFile {
   int Push(uint32_t node, uint16_t slot);
   int DescendLeft(uint32_t node);
   int DescendRight(uint32_t node);
+  int ReadNodeOnce(uint32_t number, NvIndexNode* node);
+  int Step(bool forward, uint32_t* record);
+  int StepDown(bool forward);
   int EmitNext(uint32_t* record);
   int EmitPrevious(uint32_t* record);
   int Emit(const NvIndexNode& node, int slot, uint32_t* record);

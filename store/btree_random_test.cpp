@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <iterator>
 #include <map>
+#include <ostream>
 #include <random>
 #include <string>
 
@@ -26,7 +27,7 @@ namespace nv {
 namespace {
 
 #ifdef NV_SANITIZED
-constexpr int kOpsPerRun = 30000;
+constexpr int kOpsPerRun = 100000;
 #else
 constexpr int kOpsPerRun = 200000;
 #endif
@@ -228,6 +229,10 @@ class RandomTree {
   uint32_t next_record_ = 0;
   uint32_t max_depth_ = 0;
 };
+
+void PrintTo(const Config& c, std::ostream* os) {
+  *os << c.name;
+}
 
 class BTreeRandom : public ::testing::TestWithParam<Config> {};
 

@@ -114,31 +114,35 @@ int CompareI1Keys(std::string_view a, std::string_view b) {
   return sub_a < sub_b ? -1 : (sub_a > sub_b ? 1 : 0);
 }
 
+namespace {
+
+// Compares the sort-order fields of two keys in the given layout; *offset ends past them.
+int CompareSortFields(std::string_view a, std::string_view b, std::string_view sort_order,
+                      bool current_layout, size_t* offset) {
+  for (char letter : sort_order) {
+    size_t width = current_layout ? CurrentFieldWidth(letter) : OldFieldWidth(letter);
+    if (width == 0) continue;
+    std::string_view fa = Field(a, *offset, width);
+    std::string_view fb = Field(b, *offset, width);
+    bool natural = current_layout ? CurrentFieldIsNatural(letter) : OldFieldIsNatural(letter);
+    int c = natural ? CompareNaturalField(fa, fb) : CompareBytes(fa, fb);
+    if (c != 0) return c;
+    *offset += width;
+  }
+  return 0;
+}
+
+}  // namespace
+
 int CompareI2Keys(std::string_view a, std::string_view b, std::string_view sort_order) {
   size_t offset = 0;
-  for (char letter : sort_order) {
-    size_t width = CurrentFieldWidth(letter);
-    if (width == 0) continue;
-    std::string_view fa = Field(a, offset, width);
-    std::string_view fb = Field(b, offset, width);
-    int c = CurrentFieldIsNatural(letter) ? CompareNaturalField(fa, fb) : CompareBytes(fa, fb);
-    if (c != 0) return c;
-    offset += width;
-  }
+  if (int c = CompareSortFields(a, b, sort_order, true, &offset); c != 0) return c;
   return CompareI1Keys(Field(a, offset, a.size()), Field(b, offset, b.size()));
 }
 
 int CompareOldKeys(std::string_view a, std::string_view b, std::string_view sort_order) {
   size_t offset = 0;
-  for (char letter : sort_order) {
-    size_t width = OldFieldWidth(letter);
-    if (width == 0) continue;
-    std::string_view fa = Field(a, offset, width);
-    std::string_view fb = Field(b, offset, width);
-    int c = OldFieldIsNatural(letter) ? CompareNaturalField(fa, fb) : CompareBytes(fa, fb);
-    if (c != 0) return c;
-    offset += width;
-  }
+  if (int c = CompareSortFields(a, b, sort_order, false, &offset); c != 0) return c;
   return CompareBytes(Field(a, offset, a.size()), Field(b, offset, b.size()));
 }
 

@@ -107,11 +107,29 @@ bool NvRecFile::ReadRecord(uint32_t number, uint8_t* buffer, size_t count) {
     return true;
   }
   off_t at = static_cast<off_t>(uint64_t{number} * record_length_);
-  if (count < record_length_ || cache_limit_ == 0) {
+  if (count < record_length_ || cache_limit_ == 0 || number >= cache_limit_ / record_length_) {
     return ::pread(handle_, buffer, count, at) == static_cast<ssize_t>(count);
   }
-  if (::pread(handle_, buffer, count, at) != static_cast<ssize_t>(count)) return false;
-  Remember(number, buffer, 0, count, true);
+  return ReadAhead(number, buffer);
+}
+
+// Reads the run of records around `number` that fills one read-ahead chunk and keeps every
+// whole record of it; records are small, so one read serves many later ones.
+bool NvRecFile::ReadAhead(uint32_t number, uint8_t* buffer) {
+  uint32_t per_chunk = std::max<uint32_t>(1, kReadAheadBytes / record_length_);
+  uint32_t first = number - number % per_chunk;
+  chunk_.resize(size_t{per_chunk} * record_length_);
+  ssize_t got = ::pread(handle_, chunk_.data(), chunk_.size(),
+                        static_cast<off_t>(uint64_t{first} * record_length_));
+  if (got < 0) return false;
+  uint32_t whole = static_cast<uint32_t>(size_t(got) / record_length_);
+  if (number - first >= whole) return false;
+  for (uint32_t i = 0; i < whole; ++i) {
+    if (Cached(first + i) == nullptr) {
+      Remember(first + i, &chunk_[size_t{i} * record_length_], 0, record_length_, true);
+    }
+  }
+  std::memcpy(buffer, &chunk_[size_t{number - first} * record_length_], record_length_);
   return true;
 }
 

@@ -19,8 +19,9 @@
 // The counters (highest record, free head, free count) live in memory while the file is
 // open; the owner stores them (index header, company record) and sets them after opening.
 //
-// Reads may be served from an in-memory copy of records already read or written; every
-// write goes to the file at once, so the file's bytes never differ from an uncached run.
+// Reads may be served from an in-memory copy of records already read or written (a whole
+// record read takes in its neighbours of the same 16 KB chunk too); every write goes to
+// the file at once, so the file's bytes never differ from an uncached run.
 #pragma once
 
 #include <cstddef>
@@ -91,6 +92,7 @@ class NvRecFile {
 
  private:
   bool OpenHandle(const std::string& path, int flags, uint32_t record_length, Format format);
+  bool ReadAhead(uint32_t number, uint8_t* buffer);
   const uint8_t* Cached(uint32_t number) const;
   void Remember(uint32_t number, const uint8_t* record, size_t offset, size_t count, bool whole);
 
@@ -106,6 +108,8 @@ class NvRecFile {
   size_t cache_limit_ = size_t{64} << 20;
   std::vector<uint8_t> cache_;
   std::vector<bool> valid_;
+  static constexpr uint32_t kReadAheadBytes = 16384;
+  std::vector<uint8_t> chunk_;
 };
 
 }  // namespace nv

@@ -83,8 +83,8 @@ class Ui {
   virtual void ShowNote(std::string_view title, std::string_view text) = 0;
 
   // Opens a progress meter over `total` steps.
-  virtual std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title,
-                                                      std::string_view text, long total) = 0;
+  virtual std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
+                                                      long total) = 0;
 
   // Opens a help topic (an HTML file name such as "nvsy6dis.html") from the help folder.
   virtual void ShowHelp(std::string_view topic) = 0;

@@ -1,0 +1,64 @@
+// Reads block chains from a block file made of the input bytes, then rewrites one and
+// checks the file. The first input byte picks the chain to start from.
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include "base/coding.h"
+#include "store/block_chain.h"
+#include "store/rec_file.h"
+#include "store/structure_check.h"
+
+namespace {
+
+std::string TempPath() {
+  static std::string path = [] {
+    char name[] = "/tmp/chain_fuzz_XXXXXX";
+    int fd = mkstemp(name);
+    if (fd >= 0) close(fd);
+    return std::string(name);
+  }();
+  return path;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 1) return 0;
+  uint32_t start = data[0] % 16;
+  std::string path = TempPath();
+  FILE* f = std::fopen(path.c_str(), "wb");
+  if (!f) return 0;
+  std::fwrite(data + 1, 1, size - 1, f);
+  std::fclose(f);
+
+  nv::NvRecFile file;
+  if (!file.Open(path, false, nv::kBlockLength, nv::NvRecFile::kCurrentLayout)) return 0;
+  // The counters come from the company record's first 12 data bytes, as the owner reads them.
+  uint8_t head[7 + 12];
+  if (file.ReadRecord(0, head, sizeof head)) {
+    file.SetCounters(nv::DecodeU32(head + 7), nv::DecodeU32(head + 11), nv::DecodeU32(head + 15));
+  }
+  // Appending after a wildly wrong highest record would make a huge sparse file here.
+  bool may_write =
+      file.highest_record() <= file.RecordsInFile() + 64 && start <= file.RecordsInFile();
+  std::string bytes;
+  nv::ReadChain(file, 0, 10, &bytes);
+  nv::ReadChain(file, start, 0, &bytes);
+  std::vector<uint32_t> starts = {0, start};
+  nv::CheckBlockFile(file, starts);
+  if (may_write) {
+    // Rewrite the chain shorter or longer over whatever is there.
+    uint32_t first = start;
+    std::vector<uint8_t> record(size % 600, 0x5A);
+    nv::WriteChain(file, record, nv::kMarkerAssetFirst, 0, &first);
+    nv::ReadChain(file, first, 0, &bytes);
+    nv::CheckBlockFile(file, starts);
+  }
+  file.Close();
+  return 0;
+}

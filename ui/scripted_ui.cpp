@@ -1,0 +1,435 @@
+#include "ui/scripted_ui.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ostream>
+#include <utility>
+
+#include "base/str_format.h"
+
+namespace nv {
+
+struct ScriptedUi::Log {
+  std::string text;
+  std::ostream* sink = nullptr;
+  bool failed = false;
+
+  void Write(std::string_view line) {
+    text.append(line);
+    text.push_back('\n');
+    if (sink) {
+      sink->write(line.data(), static_cast<std::streamsize>(line.size()));
+      *sink << '\n';
+      sink->flush();
+    }
+  }
+};
+
+namespace {
+
+using Kind = ScriptAnswer::Kind;
+
+std::string_view Trim(std::string_view s) {
+  const char* blanks = " \t\r";
+  size_t first = s.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  size_t last = s.find_last_not_of(blanks);
+  return s.substr(first, last - first + 1);
+}
+
+std::string Lower(std::string_view s) {
+  std::string out(s);
+  for (char& c : out) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return out;
+}
+
+// A decimal number of at most nine digits: enough for any position or command id and
+// never near int overflow.
+std::optional<int> ParseSmallNumber(std::string_view s) {
+  if (s.empty() || s.size() > 9) return std::nullopt;
+  int value = 0;
+  for (char c : s) {
+    if (c < '0' || c > '9') return std::nullopt;
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
+
+bool HasControlByte(std::string_view s) {
+  return std::any_of(s.begin(), s.end(), [](char c) {
+    unsigned char u = static_cast<unsigned char>(c);
+    return (u < 0x20 && u != '\t') || u == 0x7f;
+  });
+}
+
+struct Directive {
+  const char* name;
+  Kind kind;
+  enum { kNone, kNumber, kText } argument;
+};
+
+// Every directive but `command`, which is not a prompt answer.
+constexpr Directive kDirectives[] = {
+    {"yes", Kind::kYes, Directive::kNone},
+    {"no", Kind::kNo, Directive::kNone},
+    {"cancel", Kind::kCancel, Directive::kNone},
+    {"close", Kind::kClose, Directive::kNone},
+    {"choose", Kind::kChoose, Directive::kNumber},
+    {"choose-text", Kind::kChooseText, Directive::kText},
+    {"file", Kind::kFile, Directive::kText},
+    {"folder", Kind::kFolder, Directive::kText},
+};
+
+const char* DirectiveName(Kind kind) {
+  for (const Directive& d : kDirectives) {
+    if (d.kind == kind) return d.name;
+  }
+  return "?";
+}
+
+// Parses one non-blank, non-comment line into *script; returns the error, or "" when fine.
+std::string ParseLine(std::string_view line, int line_number, AnswerScript* script) {
+  size_t gap = line.find_first_of(" \t");
+  std::string name = Lower(line.substr(0, gap));
+  std::string_view argument = gap == std::string_view::npos ? "" : Trim(line.substr(gap));
+  if (HasControlByte(argument)) return "control character in the line";
+
+  if (name == "command") {
+    std::optional<int> id = ParseSmallNumber(argument);
+    if (!id) return "'command' needs a command number, e.g. 'command 102'";
+    script->commands.push_back(*id);
+    return "";
+  }
+  for (const Directive& d : kDirectives) {
+    if (name != d.name) continue;
+    ScriptAnswer answer;
+    answer.kind = d.kind;
+    answer.line = line_number;
+    switch (d.argument) {
+      case Directive::kNone:
+        if (!argument.empty()) return StrPrintf("'%s' takes nothing after it", d.name);
+        break;
+      case Directive::kNumber: {
+        std::optional<int> position = ParseSmallNumber(argument);
+        if (!position)
+          return StrPrintf("'%s' needs an option position from 0, e.g. 'choose 1'", d.name);
+        answer.position = *position;
+        break;
+      }
+      case Directive::kText:
+        if (argument.empty()) return StrPrintf("'%s' needs a text after it", d.name);
+        answer.text = std::string(argument);
+        break;
+    }
+    script->answers.push_back(std::move(answer));
+    return "";
+  }
+  std::string shown(line.substr(0, std::min<size_t>(gap, 40)));
+  return StrPrintf("unknown directive '%s'", shown.c_str());
+}
+
+std::string FormatErrors(std::string_view prefix, const std::vector<ScriptError>& errors) {
+  std::string out;
+  for (const ScriptError& e : errors) {
+    out += StrPrintf("%.*s%d: %s\n", static_cast<int>(prefix.size()), prefix.data(), e.line,
+                     e.message.c_str());
+  }
+  return out;
+}
+
+std::string Cut(std::string_view text, size_t max) {
+  return std::string(text.substr(0, std::min(text.size(), max)));
+}
+
+// The answer part of a transcript line for a script line, e.g. `line 4 ("file /x")`.
+std::string DescribeAnswer(const ScriptAnswer& a) {
+  std::string shown = DirectiveName(a.kind);
+  if (a.kind == Kind::kChoose) shown += StrPrintf(" %d", a.position);
+  if (!a.text.empty()) shown += " " + a.text;
+  return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
+}
+
+// Reads a file whole; false with errno set when it cannot be opened or read (a folder
+// opens on this platform but fails to read).
+bool ReadWholeFile(const std::string& path, std::string* content) {
+  std::FILE* file = std::fopen(path.c_str(), "rb");
+  if (!file) return false;
+  char buffer[8192];
+  size_t got;
+  while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) content->append(buffer, got);
+  bool ok = !std::ferror(file);
+  int read_errno = errno;
+  std::fclose(file);
+  errno = read_errno;
+  return ok;
+}
+
+class ScriptedProgress : public ProgressMeter {
+ public:
+  ScriptedProgress(std::shared_ptr<ScriptedUi::Log> log, std::string_view title,
+                   std::string_view text, long total)
+      : log_(std::move(log)), title_(title), text_(text), last_text_(text), total_(total) {}
+
+  ~ScriptedProgress() override {
+    std::string line = StrPrintf("progress title=%s text=%s total=%ld position=%ld",
+                                 QuoteTranscriptText(title_).c_str(),
+                                 QuoteTranscriptText(text_).c_str(), total_, position_);
+    if (text_changed_) line += " last-text=" + QuoteTranscriptText(last_text_);
+    log_->Write(line);
+  }
+
+  void SetText(std::string_view text) override {
+    last_text_ = std::string(text);
+    text_changed_ = true;
+  }
+  void SetPosition(long done) override { position_ = done; }
+
+ private:
+  std::shared_ptr<ScriptedUi::Log> log_;
+  std::string title_;
+  std::string text_;
+  std::string last_text_;
+  bool text_changed_ = false;
+  long total_;
+  long position_ = 0;
+};
+
+}  // namespace
+
+std::optional<AnswerScript> ParseAnswerScript(std::string_view text,
+                                              std::vector<ScriptError>* errors) {
+  errors->clear();
+  AnswerScript script;
+  int line_number = 0;
+  size_t start = 0;
+  while (start < text.size() && errors->size() < kMaxScriptErrors) {
+    size_t end = text.find('\n', start);
+    if (end == std::string_view::npos) end = text.size();
+    std::string_view line = Trim(text.substr(start, end - start));
+    start = end + 1;
+    ++line_number;
+    if (line.empty() || line.front() == '#') continue;
+    std::string error = ParseLine(line, line_number, &script);
+    if (!error.empty()) errors->push_back({line_number, std::move(error)});
+  }
+  if (!errors->empty()) return std::nullopt;
+  return script;
+}
+
+std::string QuoteTranscriptText(std::string_view text) {
+  std::string out = "\"";
+  for (char c : text) {
+    unsigned char u = static_cast<unsigned char>(c);
+    switch (c) {
+      case '\\':
+        out += "\\\\";
+        break;
+      case '"':
+        out += "\\\"";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
+      default:
+        if (u < 0x20 || u == 0x7f) {
+          out += StrPrintf("\\x%02X", u);
+        } else {
+          out.push_back(c);
+        }
+    }
+  }
+  out.push_back('"');
+  return out;
+}
+
+ScriptedUi::ScriptedUi(AnswerScript script)
+    : log_(std::make_shared<Log>()),
+      answers_(std::move(script.answers)),
+      commands_(std::move(script.commands)) {}
+
+ScriptedUi::~ScriptedUi() = default;
+
+std::unique_ptr<ScriptedUi> ScriptedUi::FromString(std::string_view text, std::string* error_text) {
+  std::vector<ScriptError> errors;
+  std::optional<AnswerScript> script = ParseAnswerScript(text, &errors);
+  if (!script) {
+    *error_text = FormatErrors("line ", errors);
+    return nullptr;
+  }
+  error_text->clear();
+  return std::make_unique<ScriptedUi>(std::move(*script));
+}
+
+std::unique_ptr<ScriptedUi> ScriptedUi::FromFile(const std::string& path, std::string* error_text) {
+  std::string content;
+  if (!ReadWholeFile(path, &content)) {
+    *error_text =
+        StrPrintf("%s: cannot read the answers file (%s)\n", path.c_str(), std::strerror(errno));
+    return nullptr;
+  }
+  std::vector<ScriptError> errors;
+  std::optional<AnswerScript> script = ParseAnswerScript(content, &errors);
+  if (!script) {
+    *error_text = FormatErrors(path + ":", errors);
+    return nullptr;
+  }
+  error_text->clear();
+  return std::make_unique<ScriptedUi>(std::move(*script));
+}
+
+void ScriptedUi::set_sink(std::ostream* sink) {
+  log_->sink = sink;
+}
+const std::string& ScriptedUi::transcript() const {
+  return log_->text;
+}
+bool ScriptedUi::failed() const {
+  return log_->failed;
+}
+
+void ScriptedUi::Note(std::string_view line) {
+  log_->Write(line);
+}
+
+void ScriptedUi::Fail(std::string_view reason) {
+  log_->Write("error: " + std::string(reason));
+  log_->failed = true;
+}
+
+const ScriptAnswer* ScriptedUi::TakeAnswer(std::string_view prompt,
+                                           std::initializer_list<ScriptAnswer::Kind> fitting,
+                                           std::string* error) {
+  std::string prompt_text(prompt);
+  if (log_->failed) {
+    *error = "the run failed earlier; " + prompt_text + " answered as closed";
+    return nullptr;
+  }
+  if (next_answer_ >= answers_.size()) {
+    *error = "no answer left for " + prompt_text;
+    return nullptr;
+  }
+  const ScriptAnswer& answer = answers_[next_answer_++];
+  if (std::find(fitting.begin(), fitting.end(), answer.kind) == fitting.end()) {
+    *error = DescribeAnswer(answer) + " does not answer " + prompt_text;
+    return nullptr;
+  }
+  return &answer;
+}
+
+void ScriptedUi::WritePrompt(const std::string& line, const std::string& error) {
+  log_->Write(line);
+  if (!error.empty()) Fail(error);
+}
+
+void ScriptedUi::Message(std::string_view text, std::string_view title) {
+  log_->Write("message title=" + QuoteTranscriptText(title) +
+              " text=" + QuoteTranscriptText(Cut(text, kMaxMessageLength)));
+}
+
+Answer ScriptedUi::Question(std::string_view text, DefaultButton default_button) {
+  std::string error;
+  const ScriptAnswer* a =
+      TakeAnswer("a question box", {Kind::kYes, Kind::kNo, Kind::kCancel, Kind::kClose}, &error);
+  Answer answer = Answer::kCancel;
+  if (a && a->kind == Kind::kYes) answer = Answer::kYes;
+  if (a && a->kind == Kind::kNo) answer = Answer::kNo;
+  const char* shown = answer == Answer::kYes ? "yes" : answer == Answer::kNo ? "no" : "cancel";
+  WritePrompt(StrPrintf("question title=\"Question\" text=%s buttons=[\"&Yes\", \"&No\", "
+                        "\"Cancel\"] default=%s -> %s",
+                        QuoteTranscriptText(Cut(text, kMaxQuestionLength)).c_str(),
+                        default_button == DefaultButton::kYes ? "\"&Yes\"" : "\"&No\"", shown),
+              error);
+  return answer;
+}
+
+int ScriptedUi::ChoiceList(const ChoiceListRequest& request) {
+  const std::vector<ChoiceOption>& options = request.options;
+  std::string line = "choice title=" + QuoteTranscriptText(request.title) +
+                     " text=" + QuoteTranscriptText(request.message) +
+                     " note=" + QuoteTranscriptText(request.note) + " options=[";
+  for (size_t i = 0; i < options.size(); ++i) {
+    if (i > 0) line += ", ";
+    line += QuoteTranscriptText(options[i].text);
+    if (options[i].value != -1) line += StrPrintf("=%d", options[i].value);
+  }
+  line += "] -> ";
+
+  std::string error;
+  const ScriptAnswer* a =
+      TakeAnswer("a choice list", {Kind::kChoose, Kind::kChooseText, Kind::kClose}, &error);
+  size_t chosen = options.size();  // none
+  if (a && a->kind == Kind::kChoose) {
+    chosen = static_cast<size_t>(a->position);
+    if (chosen >= options.size()) {
+      error = StrPrintf("%s chooses position %d but the list has %zu options",
+                        DescribeAnswer(*a).c_str(), a->position, options.size());
+    }
+  } else if (a && a->kind == Kind::kChooseText) {
+    auto found = std::find_if(options.begin(), options.end(),
+                              [&](const ChoiceOption& o) { return o.text == a->text; });
+    chosen = static_cast<size_t>(found - options.begin());
+    if (found == options.end()) error = DescribeAnswer(*a) + " names no option of this list";
+  }
+  if (chosen >= options.size()) {
+    WritePrompt(line + "close result=-1", error);
+    return -1;
+  }
+  int result = options[chosen].value == -1 ? static_cast<int>(chosen) : options[chosen].value;
+  WritePrompt(line + StrPrintf("choose %zu %s result=%d", chosen,
+                               QuoteTranscriptText(options[chosen].text).c_str(), result),
+              error);
+  return result;
+}
+
+std::optional<std::string> ScriptedUi::ChooseFile(const FileDialogRequest& request) {
+  std::string line = std::string(request.save ? "file-save" : "file-open") +
+                     " title=" + QuoteTranscriptText(request.title) +
+                     " filter=" + QuoteTranscriptText(request.filter) +
+                     " folder=" + QuoteTranscriptText(request.initial_directory) +
+                     " name=" + QuoteTranscriptText(request.initial_name) + " -> ";
+  return AnswerPath(std::move(line), "a file dialog", Kind::kFile);
+}
+
+std::optional<std::string> ScriptedUi::ChooseFolder(std::string_view title,
+                                                    std::string_view initial_folder) {
+  std::string line = "folder title=" + QuoteTranscriptText(title) +
+                     " folder=" + QuoteTranscriptText(initial_folder) + " -> ";
+  return AnswerPath(std::move(line), "a folder dialog", Kind::kFolder);
+}
+
+std::optional<std::string> ScriptedUi::AnswerPath(std::string line, std::string_view prompt,
+                                                  Kind path_kind) {
+  std::string error;
+  const ScriptAnswer* a = TakeAnswer(prompt, {path_kind, Kind::kCancel, Kind::kClose}, &error);
+  if (a && a->kind == path_kind) {
+    WritePrompt(line + DirectiveName(path_kind) + " " + QuoteTranscriptText(a->text), error);
+    return a->text;
+  }
+  WritePrompt(line + "cancel", error);
+  return std::nullopt;
+}
+
+void ScriptedUi::ShowNote(std::string_view title, std::string_view text) {
+  log_->Write("note title=" + QuoteTranscriptText(title) + " text=" + QuoteTranscriptText(text));
+}
+
+std::unique_ptr<ProgressMeter> ScriptedUi::OpenProgress(std::string_view title,
+                                                        std::string_view text, long total) {
+  return std::make_unique<ScriptedProgress>(log_, title, text, total);
+}
+
+void ScriptedUi::ShowHelp(std::string_view topic) {
+  log_->Write("help topic=" + QuoteTranscriptText(topic));
+}
+
+}  // namespace nv

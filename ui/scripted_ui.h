@@ -1,0 +1,162 @@
+// ScriptedUi: the Ui that answers every prompt from an answers script and writes a
+// transcript of everything it was shown. Tests, nvtool and automated runs of the
+// program use it in place of windows.
+//
+// Answers script (plain text, one directive per line; written by hand):
+//
+//   # a comment (only at the start of a line)
+//   yes                      question box: Yes
+//   no                       question box: No
+//   cancel                   question box: Cancel; file or folder dialog: Cancel
+//   choose N                 choice list: the option at 0-based position N
+//   choose-text TEXT         choice list: the first option whose text is exactly TEXT
+//   close                    closes any prompt that wants an answer without one
+//                            (question: Cancel, choice list: -1, dialogs: nothing)
+//   file PATH                file dialog: PATH
+//   folder PATH              folder dialog: PATH
+//   command ID               main-window command ID (a number) to run; see below
+//
+// Lines are trimmed of blanks, tabs and a carriage return; blank lines are skipped.
+// Directive names ignore case; TEXT and PATH are the rest of the line, taken as they
+// stand (no quoting, no escapes). Prompt answers are used one per prompt, in order,
+// for the whole run. `command` lines form a separate list, in their own order; where
+// they stand among the answers does not matter. Information boxes, notes, help and
+// progress meters take no answer.
+//
+// When no answer is left, or the next answer does not fit the prompt (`file` at a
+// question box, a position past the end of the list, a text that names no option),
+// the prompt is answered as if the user had closed its window, an "error:" line is
+// written and the run counts as failed. From then on every prompt is answered as
+// closed without taking an answer: a script that has lost step must not go on saying
+// "yes" to questions it was not written for.
+//
+// Transcript: one line per prompt, LF-ended. A line starts with the prompt's kind and
+// carries fields name=value; texts are in double quotes with backslash, double quote,
+// LF, CR and tab written as \\ \" \n \r \t and other control bytes as \xNN, so that one
+// prompt is always one line (bytes 0x80 and up stand as they are). Prompts that take
+// an answer end with " -> " and the answer given (long lines are wrapped here only):
+//
+// clang-format off
+//   message title="Error" text="Unable to read Master File"
+//   question title="Question" text="Continue?" buttons=["&Yes", "&No", "Cancel"]
+//       default="&Yes" -> yes
+//   choice title="" text="Select company type:" note="" options=["New Company",
+//       "Existing company"] -> choose 1 "Existing company" result=1
+//   choice ... -> close result=-1
+//   file-open title="..." filter="..." folder="..." name="..." -> file "C:/data/x.dat"
+//   file-save ... -> cancel
+//   folder title="..." folder="..." -> folder "/tmp/out"
+//   note title="..." text="..."
+//   progress title="..." text="..." total=250 position=250 last-text="..."
+//   help topic="nvsy6dis.html"
+//   error: line 4 ("file /x") does not answer a question box
+// clang-format on
+//
+// An option with a value of its own shows it after the text ("Replace"=2). A progress
+// line is written when its meter closes; last-text appears only when the text was
+// changed while it ran. Callers may add their own lines (Note) and errors (Fail).
+#pragma once
+
+#include <initializer_list>
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ui/ui.h"
+
+namespace nv {
+
+// One prompt answer of an answers script.
+struct ScriptAnswer {
+  enum class Kind { kYes, kNo, kCancel, kChoose, kChooseText, kClose, kFile, kFolder };
+  Kind kind = Kind::kClose;
+  int position = 0;  // kChoose: 0-based option position
+  std::string text;  // kChooseText: option text; kFile, kFolder: path
+  int line = 0;      // 1-based line in the script, for messages
+};
+
+struct AnswerScript {
+  std::vector<ScriptAnswer> answers;  // in the order they are used
+  std::vector<int> commands;          // main-window command ids, in the order to run
+};
+
+struct ScriptError {
+  int line = 0;  // 1-based
+  std::string message;
+};
+
+// Parses an answers script. Any error makes the whole script unusable: returns nullopt
+// and lists the errors (at most kMaxScriptErrors, in line order) in *errors.
+inline constexpr size_t kMaxScriptErrors = 20;
+std::optional<AnswerScript> ParseAnswerScript(std::string_view text,
+                                              std::vector<ScriptError>* errors);
+
+// Writes `text` in double quotes with the transcript's escapes.
+std::string QuoteTranscriptText(std::string_view text);
+
+class ScriptedUi : public Ui {
+ public:
+  explicit ScriptedUi(AnswerScript script);
+  ~ScriptedUi() override;
+
+  ScriptedUi(const ScriptedUi&) = delete;
+  ScriptedUi& operator=(const ScriptedUi&) = delete;
+
+  // Parse a script; nullptr on failure with the errors in *error_text as lines
+  // "line N: reason" (FromFile: "PATH:N: reason", or why the file could not be read).
+  static std::unique_ptr<ScriptedUi> FromString(std::string_view text, std::string* error_text);
+  static std::unique_ptr<ScriptedUi> FromFile(const std::string& path, std::string* error_text);
+
+  // From now on every transcript line is also written to *sink and flushed, so that a
+  // run that dies leaves its transcript so far. nullptr stops it.
+  // REQUIRES: *sink outlives this object and every progress meter it opened.
+  void set_sink(std::ostream* sink);
+
+  const std::string& transcript() const;
+  const std::vector<int>& commands() const { return commands_; }
+  bool failed() const;
+  // Answers not used yet.
+  size_t answers_left() const { return answers_.size() - next_answer_; }
+
+  // Adds a line of the caller's own to the transcript.
+  void Note(std::string_view line);
+  // Adds "error: REASON" to the transcript and marks the run failed.
+  void Fail(std::string_view reason);
+
+  void Message(std::string_view text, std::string_view title = "Message") override;
+  Answer Question(std::string_view text, DefaultButton default_button) override;
+  int ChoiceList(const ChoiceListRequest& request) override;
+  std::optional<std::string> ChooseFile(const FileDialogRequest& request) override;
+  std::optional<std::string> ChooseFolder(std::string_view title,
+                                          std::string_view initial_folder) override;
+  void ShowNote(std::string_view title, std::string_view text) override;
+  std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
+                                              long total) override;
+  void ShowHelp(std::string_view topic) override;
+
+  // Transcript state; shared with open progress meters so that a meter never points at
+  // a destroyed Ui.
+  struct Log;
+
+ private:
+  // The next answer if it fits a prompt of kind `prompt`; otherwise nullptr, with the
+  // reason in *error.
+  const ScriptAnswer* TakeAnswer(std::string_view prompt,
+                                 std::initializer_list<ScriptAnswer::Kind> fitting,
+                                 std::string* error);
+  // File and folder dialogs: answered by a path of kind `path_kind`, or cancelled.
+  std::optional<std::string> AnswerPath(std::string line, std::string_view prompt,
+                                        ScriptAnswer::Kind path_kind);
+  // Writes the prompt line, then the error line when there is one.
+  void WritePrompt(const std::string& line, const std::string& error);
+
+  std::shared_ptr<Log> log_;
+  std::vector<ScriptAnswer> answers_;
+  size_t next_answer_ = 0;
+  std::vector<int> commands_;
+};
+
+}  // namespace nv
