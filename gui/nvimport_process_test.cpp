@@ -1,0 +1,164 @@
+// Starts the real nvimport binary the way the main program does: "/pid:" token and mode
+// word on the command line, the parameter lines written into a pipe on its standard
+// input. Runs in scripted mode, so no window opens; the transcript shows what a person
+// would have seen.
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/temp_dir_testing.h"
+
+namespace nv {
+namespace {
+
+constexpr char kStandaloneLine[] =
+    "message title=\"Error\" text=\"This is not a standalone program.  It must\\nbe run from "
+    "the Fixed Assets Program.\"";
+
+struct ProcessResult {
+  int exit_code = -1;
+  std::string transcript;
+};
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+std::string TenLines(const std::string& token) {
+  return "NORVANE\nl2\nl3\n" + token + "\nl5\nl6\nl7\n12\nl9\n0\n";
+}
+
+class NvimportProcess : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::ofstream(dir_.File("MASTER.A"), std::ios::binary) << "\"0\"\r\n";
+    WriteScript("command 1\n");
+  }
+
+  void WriteScript(const std::string& text) {
+    std::ofstream(dir_.File("answers.txt"), std::ios::binary) << text;
+  }
+
+  // Runs nvimport with `args`, writing `input` into its standard input in small pieces.
+  ProcessResult Start(const std::vector<std::string>& args, const std::string& input) {
+    std::string transcript = dir_.File("transcript.txt");
+    ::unlink(transcript.c_str());
+    int fds[2];
+    EXPECT_EQ(::pipe(fds), 0);
+    pid_t pid = ::fork();
+    if (pid == 0) {
+      ::dup2(fds[0], 0);
+      ::close(fds[0]);
+      ::close(fds[1]);
+      ::setenv("NV_UI_SCRIPT", dir_.File("answers.txt").c_str(), 1);
+      ::setenv("NV_UI_TRANSCRIPT", transcript.c_str(), 1);
+      ::setenv("NV_INSTALL_DIR", dir_.path().c_str(), 1);
+      ::setenv("KELNETNAME", "TESTER", 1);
+      std::vector<char*> argv;
+      argv.push_back(const_cast<char*>(NVIMPORT_PATH));
+      for (const auto& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+      argv.push_back(nullptr);
+      ::execv(NVIMPORT_PATH, argv.data());
+      ::_exit(127);
+    }
+    ::close(fds[0]);
+    ::signal(SIGPIPE, SIG_IGN);
+    for (size_t at = 0; at < input.size(); at += 7) {
+      size_t n = std::min<size_t>(7, input.size() - at);
+      if (::write(fds[1], input.data() + at, n) < 0) break;  // reader may not read at all
+      ::usleep(2000);
+    }
+    ::close(fds[1]);
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    ProcessResult run;
+    run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.transcript = ReadAll(transcript);
+    return run;
+  }
+
+  TempDir dir_;
+};
+
+TEST_F(NvimportProcess, BadHandOffsShowTheStandaloneMessageAndExitZero) {
+  const std::string ten = TenLines("abc");
+  struct Case {
+    const char* what;
+    std::vector<std::string> args;
+    std::string input;
+  } cases[] = {
+      {"no arguments", {}, ten},
+      {"no /pid:", {"pid:abc", "IMPORT"}, ten},
+      {"token differs", {"/pid:abd", "IMPORT"}, ten},
+      {"nine lines", {"/pid:abc", "IMPORT"}, ten.substr(0, ten.size() - 2)},
+      {"eleven lines", {"/pid:abc", "IMPORT"}, ten + "extra\n"},
+      {"last line without newline", {"/pid:abc", "IMPORT"}, ten.substr(0, ten.size() - 1)},
+      {"100-byte line", {"/pid:abc", "IMPORT"}, std::string(100, 'x') + "\n" + ten.substr(8)},
+  };
+  for (const auto& c : cases) {
+    ProcessResult run = Start(c.args, c.input);
+    EXPECT_EQ(run.exit_code, 0) << c.what;
+    EXPECT_EQ(run.transcript, std::string(kStandaloneLine) + "\n") << c.what;
+  }
+  EXPECT_FALSE(std::ifstream(dir_.File("TERM.1")).good()) << "nothing may be written";
+}
+
+TEST_F(NvimportProcess, GoodStartRunsCloseInEitherCaseOfToken) {
+  ProcessResult run = Start({"/PID:abc", "import"}, TenLines("ABC"));
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(run.transcript, "command 1 \"Close\"\nwindow closed\n");
+  // Start-up wrote the single-user configuration pointing at the installation.
+  std::string term = ReadAll(dir_.File("TERM.1"));
+  EXPECT_EQ(term.rfind("\"7.1A\",\"" + dir_.path() + "/\",", 0), 0u) << term;
+}
+
+TEST_F(NvimportProcess, ExportWindowHasItsOwnCommands) {
+  WriteScript("command 102\n");  // an import button is not in the export window
+  ProcessResult run = Start({"/pid:7", "ExportLim"}, TenLines("7"));
+  EXPECT_EQ(run.exit_code, 3);
+  EXPECT_NE(run.transcript.find("error:"), std::string::npos) << run.transcript;
+}
+
+TEST_F(NvimportProcess, MissingOrUnknownModeEndsWithoutAWindow) {
+  for (auto args : {std::vector<std::string>{"/pid:1"}, std::vector<std::string>{"/pid:1", "PRINT"}}) {
+    ProcessResult run = Start(args, TenLines("1"));
+    EXPECT_EQ(run.exit_code, 0);
+    EXPECT_EQ(run.transcript, "");
+  }
+}
+
+TEST_F(NvimportProcess, LockedConfigurationEndsWithExitCodeTwo) {
+  std::ofstream(dir_.File("KELNVWIN.INI"), std::ios::binary)
+      << "[NV Parameters]\r\nConfiguration Locked=1\r\n";
+  ProcessResult run = Start({"/pid:1", "IMPORT"}, TenLines("1"));
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_NE(run.transcript.find("message title=\"Program Error\" text=\"Attempt to write "
+                                "configuration file when configuration is locked.\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_FALSE(std::ifstream(dir_.File("TERM.1")).good());
+}
+
+TEST_F(NvimportProcess, MissingMasterFileFailsStartUp) {
+  ::unlink(dir_.File("MASTER.A").c_str());
+  ProcessResult run = Start({"/pid:1", "IMPORT"}, TenLines("1"));
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_NE(run.transcript.find("message title=\"Error\" text=\"Unable to read Master File\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_EQ(run.transcript.find("command"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace nv
