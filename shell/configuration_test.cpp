@@ -8,9 +8,9 @@ namespace nv {
 namespace {
 
 using testing::FileExists;
+using testing::MessageLines;
 using testing::ReadFile;
-using testing::RecordedMessage;
-using testing::RecordingUi;
+using testing::SilentUi;
 using testing::TempFolder;
 using testing::WriteFile;
 
@@ -43,7 +43,7 @@ class ConfigurationTest : public ::testing::Test {
 
   int Load(bool company_list = true) {
     exit_code_ = 0;
-    return LoadConfiguration(&ctx_, company_list, ui_, &exit_code_);
+    return LoadConfiguration(&ctx_, company_list, *ui_, &exit_code_);
   }
 
   std::string NetworkList(const std::string& users) {
@@ -52,7 +52,7 @@ class ConfigurationTest : public ::testing::Test {
 
   TempFolder dir_;
   InstallationContext ctx_;
-  RecordingUi ui_;
+  std::unique_ptr<ScriptedUi> ui_ = SilentUi();
   int exit_code_ = 0;
 };
 
@@ -64,7 +64,7 @@ TEST_F(ConfigurationTest, WithoutTerm1ASingleUserConfigurationIsWritten) {
   EXPECT_EQ(ctx_.data_directory(), dir_.path());
   ASSERT_EQ(ctx_.current.companies.size(), 1u);
   EXPECT_EQ(ctx_.current.companies[0].name, "First");
-  EXPECT_TRUE(ui_.messages.empty());
+  EXPECT_EQ(ui_->transcript(), "");
   // The next start reads what was written.
   EXPECT_EQ(Load(), kConfigurationFound);
   EXPECT_EQ(ctx_.configuration.slots[1].name, "Undefined");
@@ -74,22 +74,21 @@ TEST_F(ConfigurationTest, LockedConfigurationIsNotWritten) {
   ctx_.configuration_locked = true;
   EXPECT_EQ(Load(), kConfigurationMalformed);
   EXPECT_EQ(exit_code_, kLockedExitCode);
-  EXPECT_EQ(
-      ui_.messages,
-      (std::vector<RecordedMessage>{
-          {"Program Error", "Attempt to write configuration file when configuration is locked."}}));
+  EXPECT_EQ(ui_->transcript(),
+            MessageLines({{"Program Error",
+                           "Attempt to write configuration file when configuration is locked."}}));
   EXPECT_FALSE(FileExists(dir_ / "TERM.1"));
 
   // A file that would have to be rewritten is refused with the other message.
-  ui_.messages.clear();
+  ui_ = SilentUi();
   const std::string old_file = "\"5.0A\",\"" + dir_.path() + "\",0\r\n";
   WriteFile(dir_ / "TERM.1", old_file);
   EXPECT_EQ(Load(), kConfigurationMalformed);
   EXPECT_EQ(exit_code_, kLockedExitCode);
-  EXPECT_EQ(ui_.messages,
-            (std::vector<RecordedMessage>{
-                {"Program Error",
-                 "Attempting to rewrite configuration file when configuration is locked."}}));
+  EXPECT_EQ(
+      ui_->transcript(),
+      MessageLines({{"Program Error",
+                     "Attempting to rewrite configuration file when configuration is locked."}}));
   EXPECT_EQ(ReadFile(dir_ / "TERM.1"), old_file);
 }
 
@@ -102,7 +101,7 @@ TEST_F(ConfigurationTest, MalformedFirstLineFails) {
     EXPECT_EQ(ReadFile(dir_ / "TERM.1"), text);
     EXPECT_EQ(exit_code_, 0);
   }
-  EXPECT_TRUE(ui_.messages.empty());
+  EXPECT_EQ(ui_->transcript(), "");
 }
 
 TEST_F(ConfigurationTest, SingleUserFileChoosesTheCurrentSlotAndItsCompanyList) {
@@ -137,7 +136,7 @@ TEST_F(ConfigurationTest, SingleUserFileChoosesTheCurrentSlotAndItsCompanyList) 
 TEST_F(ConfigurationTest, MissingMasterFileFails) {
   std::filesystem::remove(dir_ / "MASTER.A");
   EXPECT_EQ(Load(), kMasterFileFailed);
-  EXPECT_EQ(ui_.messages, (std::vector<RecordedMessage>{{"Error", "Unable to read Master File"}}));
+  EXPECT_EQ(ui_->transcript(), MessageLines({{"Error", "Unable to read Master File"}}));
   EXPECT_EQ(exit_code_, 0);
 }
 

@@ -1,6 +1,10 @@
 // Helpers for the shell's tests: a temporary installation folder, whole-file reading and
-// writing, and a Ui that records its messages and answers nothing else.
+// writing, and the transcript lines of the message boxes a run is expected to show.
 #pragma once
+
+#include <memory>
+
+#include "ui/scripted_ui.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -56,46 +60,22 @@ inline bool FileExists(const std::string& path) {
 struct RecordedMessage {
   std::string title;
   std::string text;
-  friend bool operator==(const RecordedMessage&, const RecordedMessage&) = default;
 };
 
-inline void PrintTo(const RecordedMessage& m, std::ostream* os) {
-  *os << "[" << m.title << "] " << m.text;
+// The transcript lines a ScriptedUi writes for these message boxes. Start-up asks
+// nothing, so the tests' Ui has no answers and any other prompt shows up in the
+// transcript as a difference.
+inline std::string MessageLines(const std::vector<RecordedMessage>& messages) {
+  std::string out;
+  for (const auto& m : messages) {
+    out += "message title=" + QuoteTranscriptText(m.title) +
+           " text=" + QuoteTranscriptText(m.text) + "\n";
+  }
+  return out;
 }
 
-// Records message boxes; any other prompt is a test failure (start-up asks nothing).
-class RecordingUi : public Ui {
- public:
-  void Message(std::string_view text, std::string_view title) override {
-    messages.push_back({std::string(title), std::string(text)});
-  }
-  Answer Question(std::string_view text, DefaultButton) override {
-    ADD_FAILURE() << "unexpected question: " << text;
-    return Answer::kCancel;
-  }
-  int ChoiceList(const ChoiceListRequest& request) override {
-    ADD_FAILURE() << "unexpected choice list: " << request.message;
-    return -1;
-  }
-  std::optional<std::string> ChooseFile(const FileDialogRequest& request) override {
-    ADD_FAILURE() << "unexpected file dialog: " << request.title;
-    return std::nullopt;
-  }
-  std::optional<std::string> ChooseFolder(std::string_view title, std::string_view) override {
-    ADD_FAILURE() << "unexpected folder dialog: " << title;
-    return std::nullopt;
-  }
-  void ShowNote(std::string_view title, std::string_view) override {
-    ADD_FAILURE() << "unexpected note: " << title;
-  }
-  std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view,
-                                              long) override {
-    ADD_FAILURE() << "unexpected progress meter: " << title;
-    return nullptr;
-  }
-  void ShowHelp(std::string_view topic) override { ADD_FAILURE() << "unexpected help " << topic; }
-
-  std::vector<RecordedMessage> messages;
-};
+inline std::unique_ptr<ScriptedUi> SilentUi() {
+  return std::make_unique<ScriptedUi>(AnswerScript{});
+}
 
 }  // namespace nv::testing

@@ -13,9 +13,9 @@
 namespace nv {
 namespace {
 
+using testing::MessageLines;
 using testing::ReadFile;
-using testing::RecordedMessage;
-using testing::RecordingUi;
+using testing::SilentUi;
 using testing::TempFolder;
 using testing::WriteFile;
 
@@ -63,13 +63,13 @@ class StartupTest : public ::testing::Test {
   std::optional<InstallationContext> Start() {
     std::string folder = dir_.path();
     folder.pop_back();  // the caller may leave the separator off
-    return LoadStartup(run_, folder, ui_, &exit_code_);
+    return LoadStartup(run_, folder, *ui_, &exit_code_);
   }
 
   ScopedNetName name_;
   TempFolder dir_;
   RunParameters run_;
-  RecordingUi ui_;
+  std::unique_ptr<ScriptedUi> ui_ = SilentUi();
   int exit_code_ = -1;
 };
 
@@ -100,7 +100,7 @@ TEST_F(StartupTest, FillsTheContextFromTheSettingsAndTheConfiguration) {
             "\"7.1N\",\"" + dir_.path() + "\",0\r\n\"alice\",3\r\n\"ALICE\",4\r\n");
   EXPECT_EQ(ctx->data_directory(), dir_.path());
   ASSERT_EQ(ctx->current.companies.size(), 1u);
-  EXPECT_TRUE(ui_.messages.empty());
+  EXPECT_EQ(ui_->transcript(), "");
 }
 
 TEST_F(StartupTest, DefaultsWithoutASettingsFile) {
@@ -124,23 +124,22 @@ TEST_F(StartupTest, LockedConfigurationEndsWithExitCodeTwo) {
   WriteFile(dir_ / "KELNVWIN.INI", "[NV Parameters]\r\nConfiguration Locked=1\r\n");
   EXPECT_EQ(Start(), std::nullopt);
   EXPECT_EQ(exit_code_, 2);
-  EXPECT_EQ(
-      ui_.messages,
-      (std::vector<RecordedMessage>{
-          {"Program Error", "Attempt to write configuration file when configuration is locked."}}));
+  EXPECT_EQ(ui_->transcript(),
+            MessageLines({{"Program Error",
+                           "Attempt to write configuration file when configuration is locked."}}));
 }
 
 TEST_F(StartupTest, FailuresWithoutQuitCodeEndWithZero) {
   WriteFile(dir_ / "TERM.1", "\"7.1A\",\"x\",0,0\r\n");
   EXPECT_EQ(Start(), std::nullopt);
   EXPECT_EQ(exit_code_, 0);
-  EXPECT_TRUE(ui_.messages.empty());
+  EXPECT_EQ(ui_->transcript(), "");
 
   std::filesystem::remove(dir_ / "TERM.1");
   std::filesystem::remove(dir_ / "MASTER.A");
   EXPECT_EQ(Start(), std::nullopt);
   EXPECT_EQ(exit_code_, 0);
-  EXPECT_EQ(ui_.messages, (std::vector<RecordedMessage>{{"Error", "Unable to read Master File"}}));
+  EXPECT_EQ(ui_->transcript(), MessageLines({{"Error", "Unable to read Master File"}}));
 }
 
 TEST(UserFontTest, WrittenAndReadInTheUsersSection) {
