@@ -13,28 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "base/temp_dir_testing.h"
+
 namespace nv::testing {
 
 using Bytes = std::vector<uint8_t>;
 
-class TempDir {
- public:
-  TempDir() {
-    char pattern[] = "/tmp/nv_store_XXXXXX";
-    char* made = mkdtemp(pattern);
-    path_ = made ? made : "";
-  }
-  ~TempDir() {
-    std::error_code ec;
-    if (!path_.empty()) std::filesystem::remove_all(path_, ec);
-  }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  std::string File(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
+using TempDir = ::nv::TempDir;  // a fresh folder under /tmp, removed afterwards
 
 inline Bytes ReadAll(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
