@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/installation_context.h"
-#include "ui/ui.h"
+#include "base/ui.h"
 
 namespace nv {
 

@@ -6,7 +6,7 @@
 #include <QDialog>
 #include <QFontMetrics>
 
-#include "ui/ui.h"
+#include "base/ui.h"
 
 class QListWidget;
 

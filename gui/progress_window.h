@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <string_view>
 
-#include "ui/ui.h"
+#include "base/ui.h"
 
 class QLabel;
 class QProgressBar;

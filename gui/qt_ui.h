@@ -9,7 +9,7 @@
 #include <string>
 
 #include "gui/help_viewer.h"
-#include "ui/ui.h"
+#include "base/ui.h"
 
 namespace nv {
 

@@ -28,7 +28,7 @@
 #include <string>
 
 #include "base/installation_context.h"
-#include "ui/ui.h"
+#include "base/ui.h"
 
 namespace nv {
 

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/ui.h"
+#include "base/ui.h"
 
 namespace nv::testing {
 

@@ -2,7 +2,7 @@
 // that this utility refuses: each tells the user so through the Ui and does nothing else.
 #pragma once
 
-#include "ui/ui.h"
+#include "base/ui.h"
 
 namespace nv {
 

@@ -65,7 +65,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ui/ui.h"
+#include "base/ui.h"
 
 namespace nv {
 

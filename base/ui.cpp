@@ -1,4 +1,4 @@
-#include "ui/ui.h"
+#include "base/ui.h"
 
 #include <cstdarg>
 

@@ -4,6 +4,10 @@
 // ScriptedUi (ui/scripted_ui.h), which answers from a list and keeps a transcript, for
 // tests, nvtool and automated runs. Logic never opens a window any other way.
 //
+// The port stands in for the platform's windows (message boxes, dialogs), so it lives with
+// the other platform substitutes: the store asks its few questions (opening an old company,
+// backing one up) through it too.
+//
 // Texts are single-byte Windows-1252 strings exactly as the layouts give them; only the
 // Qt implementation converts them for display.
 #pragma once

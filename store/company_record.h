@@ -1,0 +1,102 @@
+// The company record: the company's settings, stored as the block chain that starts at
+// block 0 of the block file (.A). It begins with the block file's own counters, then
+// tab-separated text fields, each followed by one tab (byte 9):
+//
+//   #   FIELD                       FORM ON DISK
+//   1   block file counters         u32 highest record, u32 free head, u32 free count
+//   2   separator                   one tab
+//   3   version                     "v4.1.141/4.1"; only with the long asset-number format
+//   4   asset number format         "f%d/%d/%d" main length, subasset length, flags; long only
+//   5   Current Year End            "%2.2d%2.2d%4.4d" (month, day, year) or empty
+//   6   months in current year      decimal, last 2 digits
+//   7   reserved text               25
+//   8   Company Name                40
+//   9   EIN or SSN                  12
+//   10  Last Closed                 as field 5
+//   11  schedules                   letters, blank, blanks to 7 characters; then per
+//                                   schedule and one more: type (2) and name (10); <= 236
+//   12  Sort Order                  3
+//   13  Business Category           decimal, last digit
+//   14  Round Dollars               "Y" or "N"
+//   15  Mid-Quarter Override        1
+//   16  Global Loc/Cat Designation  1
+//   17  number of user fields       "10"
+//   18  user fields                 10 x (name 30, default value 20)
+//   19  stored asset number         digits, "-" and "." of its text form, leading blanks and
+//                                   zeros dropped, at most key length characters
+//   20  user permissions            whole text
+//   21  Misc Codes                  10
+//   22  logging flags               "LOGFLAGS(%d)"
+//   23  reserved amounts            "0", "0"
+//
+// Texts are written trimmed; a text longer than its width keeps its last width characters,
+// a number longer than its width its last digits. The first block carries marker 0xE5 with
+// the long format and 0xE3 with the short one; every block of the company record has 145 in
+// its block-length field.
+//
+// Records of the old layout (first block marker 0xE0, 142 data bytes a block) are read and
+// always written back in the current layout; their field list is given in
+// company_record.cpp beside the reader.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/date.h"
+#include "store/asset_no_format.h"
+
+namespace nv {
+
+// One schedule (book) of the company.
+struct ScheduleEntry {
+  char letter = ' ';
+  std::string type;  // 1 or 2 characters: "B", "T", ... or a state code "CA"
+  std::string name;  // at most 10 characters
+  friend bool operator==(const ScheduleEntry&, const ScheduleEntry&) = default;
+};
+
+struct UserFieldDefinition {
+  std::string name;           // at most 30 characters
+  std::string default_value;  // at most 20 characters
+  friend bool operator==(const UserFieldDefinition&, const UserFieldDefinition&) = default;
+};
+
+inline constexpr int kMaxSchedules = 25;
+inline constexpr int kUserFieldCount = 10;
+inline constexpr int32_t kLoggingNone = 0;
+inline constexpr int32_t kLoggingPartial = 10;           // bits 1 and 3
+inline constexpr int32_t kLoggingDetailed = 0xFFFFFF;    // bits 0 to 23
+
+struct NvCompanyRecord {
+  std::string number;  // Company No, 1 to 8 characters, upper case; not stored in the record
+  std::string version;  // version field as read ("" when absent); written as the program's
+  NvAssetNoFormat asset_no_format;
+  Date current_year_end;
+  int months_in_year = 12;  // 1 .. 12
+  std::string reserved;     // 25, kept and written back
+  std::string name;         // 40
+  std::string ein;          // 12
+  Date last_closed;
+  std::string schedule_letters;         // letters of the defined schedules, in order
+  std::vector<ScheduleEntry> schedules;  // at most 25, in the order of the letters
+  std::string sort_order;               // 3: "L", "C", "A", "P", "D", "Y", "0".."9"
+  int business_category = 0;            // 1 Proprietorship .. 4 C Corp
+  bool round_dollars = false;
+  char mid_quarter_override = ' ';  // blank, "Y", "Q", "E"
+  char global_loc_cat = 'N';        // "C", "L", "B", "N"
+  std::array<UserFieldDefinition, kUserFieldCount> user_fields;
+  std::string stored_asset_no;  // kept and written back
+  std::string permissions;      // "NAME:L|*:L", any length
+  std::string misc_codes;       // 10
+  int32_t logging_flags = kLoggingPartial;
+
+  // The schedule entry of a letter, or nullptr.
+  const ScheduleEntry* FindSchedule(char letter) const;
+
+  friend bool operator==(const NvCompanyRecord&, const NvCompanyRecord&) = default;
+};
+
+}  // namespace nv
