@@ -67,11 +67,11 @@ struct UserFieldDefinition {
 inline constexpr int kMaxSchedules = 25;
 inline constexpr int kUserFieldCount = 10;
 inline constexpr int32_t kLoggingNone = 0;
-inline constexpr int32_t kLoggingPartial = 10;           // bits 1 and 3
-inline constexpr int32_t kLoggingDetailed = 0xFFFFFF;    // bits 0 to 23
+inline constexpr int32_t kLoggingPartial = 10;         // bits 1 and 3
+inline constexpr int32_t kLoggingDetailed = 0xFFFFFF;  // bits 0 to 23
 
 struct NvCompanyRecord {
-  std::string number;  // Company No, 1 to 8 characters, upper case; not stored in the record
+  std::string number;   // Company No, 1 to 8 characters, upper case; not stored in the record
   std::string version;  // version field as read ("" when absent); written as the program's
   NvAssetNoFormat asset_no_format;
   Date current_year_end;
@@ -80,10 +80,10 @@ struct NvCompanyRecord {
   std::string name;         // 40
   std::string ein;          // 12
   Date last_closed;
-  std::string schedule_letters;         // letters of the defined schedules, in order
+  std::string schedule_letters;          // letters of the defined schedules, in order
   std::vector<ScheduleEntry> schedules;  // at most 25, in the order of the letters
-  std::string sort_order;               // 3: "L", "C", "A", "P", "D", "Y", "0".."9"
-  int business_category = 0;            // 1 Proprietorship .. 4 C Corp
+  std::string sort_order;                // 3: "L", "C", "A", "P", "D", "Y", "0".."9"
+  int business_category = 0;             // 1 Proprietorship .. 4 C Corp
   bool round_dollars = false;
   char mid_quarter_override = ' ';  // blank, "Y", "Q", "E"
   char global_loc_cat = 'N';        // "C", "L", "B", "N"
@@ -98,5 +98,74 @@ struct NvCompanyRecord {
 
   friend bool operator==(const NvCompanyRecord&, const NvCompanyRecord&) = default;
 };
+
+// The block file's own counters, kept in the first 12 bytes of the company record.
+struct BlockFileCounters {
+  uint32_t highest_record = 0;
+  uint32_t free_head = 0;
+  uint32_t free_count = 0;
+  friend bool operator==(const BlockFileCounters&, const BlockFileCounters&) = default;
+};
+
+// Field widths of the record.
+inline constexpr size_t kReservedTextWidth = 25;
+inline constexpr size_t kCompanyNameWidth = 40;
+inline constexpr size_t kEinWidth = 12;
+inline constexpr size_t kSortOrderWidth = 3;
+inline constexpr size_t kUserFieldNameWidth = 30;
+inline constexpr size_t kUserFieldDefaultWidth = 20;
+inline constexpr size_t kMiscCodesWidth = 10;
+inline constexpr size_t kScheduleTypeWidth = 2;
+inline constexpr size_t kScheduleNameWidth = 10;
+// The letters and their blank take at least this many characters of the schedules field.
+inline constexpr size_t kScheduleLettersWidth = 7;
+// Counters (3 x u32), then the tab that ends them.
+inline constexpr size_t kCountersBytes = 3 * 4;
+inline constexpr size_t kOldCountersBytes = 3 * 2;
+// Open reads at most ten blocks of the record: 10 x 138 data bytes (1,451-byte buffer).
+inline constexpr size_t kMaxCompanyRecordBlocks = 10;
+
+// Texts as the record stores them: trimmed, and a text longer than width keeps its last
+// width characters.
+std::string FitText(std::string_view text, size_t width);
+
+// The schedules field: letters, a blank, blanks up to 7 characters; then for each
+// schedule and one more entry the type (2) and the name (10), padded with blanks.
+std::string FormatSchedulesField(const NvCompanyRecord& record);
+// Fills schedule_letters and schedules from the field; entries without a letter are dropped.
+void ParseSchedulesField(std::string_view field, NvCompanyRecord* record);
+
+// The current layout's bytes of a record; version and format fields only with the long
+// asset-number format, the version always the program's own.
+std::string SerializeCompanyRecord(const NvCompanyRecord& record,
+                                   const BlockFileCounters& counters);
+
+// Result of parsing a record's bytes (the data parts of its blocks, in order).
+struct ParsedCompanyRecord {
+  NvCompanyRecord record;
+  BlockFileCounters counters;
+  bool newer_version = false;  // the version field names a version after this program's
+};
+
+// Parses the current layout; the record's number is left empty (it comes from the file
+// name). Missing trailing fields keep their defaults, so a record cut short by a damaged
+// chain still yields what it holds.
+ParsedCompanyRecord ParseCompanyRecord(std::string_view bytes);
+// Parses the old layout (first block marker 0xE0); see company_record.cpp for its fields.
+ParsedCompanyRecord ParseOldCompanyRecord(std::string_view bytes);
+// The old layout's bytes of a record (for tests and for tools that make old companies).
+std::string SerializeOldCompanyRecord(const NvCompanyRecord& record,
+                                      const BlockFileCounters& counters);
+
+// True when a version text "MAJOR.MINOR.BUILD[/...]" names a version after this program's.
+bool IsNewerVersion(std::string_view version);
+
+// Months from Last Closed to Current Year End: the difference of their months, plus 12
+// when below 1, and 12 when still outside 1 to 12.
+int MonthsInCurrentYear(const Date& last_closed, const Date& current_year_end);
+
+// Moves a Current Year End that is not after Last Closed, or more than a year after it,
+// to Last Closed plus one year. An empty or invalid Last Closed leaves it as it is.
+void CorrectYearEnd(NvCompanyRecord* record);
 
 }  // namespace nv
