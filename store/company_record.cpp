@@ -268,7 +268,9 @@ ParsedCompanyRecord ParseCompanyRecord(std::string_view bytes) {
   r.permissions = std::string(TrimBlanks(in.Next()));
   r.misc_codes = in.Text(kMiscCodesWidth);
   r.logging_flags = kLoggingPartial;
-  if (std::string_view flags = in.Peek(); flags.starts_with(kLogFlagsPrefix)) {
+  // A field cut short by the ten-block limit has lost its ")" and is not trusted.
+  if (std::string_view flags = in.Peek();
+      flags.starts_with(kLogFlagsPrefix) && flags.ends_with(")")) {
     r.logging_flags = static_cast<int32_t>(ToLong(flags.substr(sizeof kLogFlagsPrefix - 1)));
   }
   return parsed;
