@@ -7,17 +7,12 @@
 
 #include "base/file_util.h"
 #include "base/temp_dir_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
 
-std::unique_ptr<ScriptedUi> Script(std::string_view text) {
-  std::string error;
-  auto ui = ScriptedUi::FromString(text, &error);
-  EXPECT_TRUE(ui) << error;
-  return ui;
-}
+using testing::Script;
 
 using Texts = std::vector<std::string>;
 
