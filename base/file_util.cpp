@@ -21,18 +21,6 @@ std::string JoinPath(const std::string& folder, std::string_view name) {
   return out;
 }
 
-bool WriteAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    ssize_t n = ::write(fd, bytes.data(), bytes.size());
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    bytes.remove_prefix(static_cast<size_t>(n));
-  }
-  return true;
-}
-
 // Opens a new temporary file beside `path`; the name is unique within this process by a
 // counter and across processes by the process id.
 int OpenTemporaryBeside(const std::string& path, std::string* temp_path) {
@@ -104,7 +92,7 @@ bool WriteFileAtomically(const std::string& given_path, std::string_view bytes) 
   // Keep the permissions of the file we replace.
   struct stat old_stat;
   if (::stat(path.c_str(), &old_stat) == 0) ::fchmod(fd, old_stat.st_mode & 07777);
-  bool ok = WriteAll(fd, bytes) && ::fsync(fd) == 0;
+  bool ok = WriteToDescriptor(fd, bytes) && ::fsync(fd) == 0;
   ok = (::close(fd) == 0) && ok;
   if (ok) ok = ::rename(temp_path.c_str(), path.c_str()) == 0;
   if (!ok) ::unlink(temp_path.c_str());
@@ -154,6 +142,19 @@ bool MakeDirectories(const std::string& path) {
   }
   if (::mkdir(trimmed.c_str(), 0777) == 0) return true;
   return errno == EEXIST && ::stat(trimmed.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool WriteToDescriptor(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    ssize_t n = ::write(fd, bytes.data(), bytes.size());
+    if (n < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    if (n == 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(n));
+  }
+  return true;
 }
 
 }  // namespace nv

@@ -39,4 +39,8 @@ std::optional<std::vector<std::string>> ReadTextLines(const std::string& path);
 // Makes `path` and every missing folder above it. True when it exists as a folder after.
 bool MakeDirectories(const std::string& path);
 
+// Writes all of `bytes` to an open file descriptor: one write() unless the system takes
+// fewer bytes, then the rest. False on an error.
+bool WriteToDescriptor(int fd, std::string_view bytes);
+
 }  // namespace nv

@@ -6,17 +6,12 @@
 
 #include "export/exporters.h"
 #include "import/importers.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
 
-std::unique_ptr<ScriptedUi> Script(std::string_view text) {
-  std::string errors;
-  auto ui = ScriptedUi::FromString(text, &errors);
-  EXPECT_TRUE(ui) << errors;
-  return ui;
-}
+using testing::Script;
 
 std::vector<std::pair<int, std::string>> Rows(std::span<const MainCommand> commands) {
   std::vector<std::pair<int, std::string>> rows;

@@ -11,6 +11,7 @@ struct NvAssetNoFormat {
   static constexpr int kDashes = 0x02;    // "-" allowed in the main part
   static constexpr int kFreeForm = 0x80;  // any text of 1 to main length characters
   static constexpr int kMaxMainLength = 10;
+  static constexpr int kMaxSubassetLength = 3;
 
   int main_length = 6;      // 1 .. 10
   int subasset_length = 2;  // 1 .. 3
@@ -28,6 +29,9 @@ struct NvAssetNoFormat {
   // "%d char (%s, %s), %d digit subasset", e.g. "6 char (numeric only, no dashes), 2 digit
   // subasset".
   std::string DisplayText() const;
+  // The format with main length held to 1 .. 10 and subasset length to 1 .. 3: a damaged
+  // company record may carry any numbers, and the lengths size texts and keys.
+  NvAssetNoFormat Normalized() const;
 
   friend bool operator==(const NvAssetNoFormat&, const NvAssetNoFormat&) = default;
 };
