@@ -15,6 +15,7 @@
 #include "base/file_util.h"
 #include "base/profile.h"
 #include "base/profile_text.h"
+#include "fuzz/fuzz_temp_folder.h"
 
 namespace {
 
@@ -36,18 +37,8 @@ std::map<std::string, std::string> Snapshot(const nv::ProfileText& text) {
   return all;
 }
 
-// One folder for the whole run, removed at exit (each input deletes its own file). A
-// plain array, so that it outlives the exit handler.
+// Kept for the whole run: the exit handler removes the folder made from it.
 char g_folder[] = "/tmp/nv_profile_fuzz_XXXXXX";
-
-const char* TempFolder() {
-  static const bool made = [] {
-    if (mkdtemp(g_folder) == nullptr) return false;
-    atexit([] { rmdir(g_folder); });
-    return true;
-  }();
-  return made ? g_folder : "/tmp";
-}
 
 }  // namespace
 
@@ -76,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Check(!removed.Find(target, "FuzzKey").has_value());
 
   // The same through a file on disk.
-  std::string file = std::string(TempFolder()) + "/fuzz.ini";
+  std::string file = std::string(nv::fuzz::TempFolder(g_folder)) + "/fuzz.ini";
   if (!nv::WriteFileAtomically(file, bytes)) return 0;
   for (const std::string& section : nv::ListProfileSections(file)) {
     for (const std::string& key : nv::ListProfileKeys(file, section)) {

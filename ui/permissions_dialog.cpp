@@ -35,14 +35,11 @@ int RadioOfLetter(char letter) {
 
 PermissionsDialogModel::PermissionsDialogModel(std::string_view permissions,
                                                std::string_view user_name) {
-  if (PermissionsDefined(permissions)) {
-    entries_ = ParsePermissions(permissions);
-  } else {
-    // Nobody is locked out by default: every user may read and change the company, and the
-    // user who defines the permissions keeps Full Access.
-    entries_.push_back({kDefaultUserName, 'W'});
-    entries_.push_back({std::string(user_name), 'F'});
-  }
+  // Without permissions nobody is locked out: every user may read and change the company,
+  // and the user who defines the permissions keeps Full Access.
+  entries_ =
+      ParsePermissions(PermissionsDefined(permissions) ? std::string(permissions)
+                                                       : "*:W|" + std::string(user_name) + ":F");
   Sort();
   Select(entries_.empty() ? -1 : 0);
 }
