@@ -32,6 +32,16 @@ inline void WriteAll(const std::string& path, const Bytes& bytes) {
             static_cast<std::streamsize>(bytes.size()));
 }
 
+// The same for files whose bytes are easier to write out as text.
+inline std::string ReadText(const std::string& path) {
+  Bytes b = ReadAll(path);
+  return std::string(b.begin(), b.end());
+}
+
+inline void WriteText(const std::string& path, const std::string& text) {
+  WriteAll(path, Bytes(text.begin(), text.end()));
+}
+
 inline Bytes Slice(const Bytes& b, size_t offset, size_t count) {
   if (offset >= b.size()) return {};
   return Bytes(b.begin() + offset, b.begin() + std::min(b.size(), offset + count));
