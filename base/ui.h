@@ -46,6 +46,18 @@ struct FileDialogRequest {
   bool save = false;  // save dialog instead of open dialog
 };
 
+// A one-line text entry (a company number, say) with its prompt.
+struct TextEntryRequest {
+  std::string title;    // "Enter New Company Number"
+  std::string prompt;   // "Company Number:"
+  std::string initial;  // text in the field when it opens
+  // The field's own rules while typing: characters it takes ("" any), letters typed in
+  // lower case shown in upper case, and the most characters (0 no limit).
+  std::string allowed;
+  bool upper_case = false;
+  size_t max_length = 0;
+};
+
 // A running progress meter: a message window without buttons, removed when destroyed.
 class ProgressMeter {
  public:
@@ -82,6 +94,9 @@ class Ui {
   // Folder browser. Returns the chosen folder, or nothing on Cancel.
   virtual std::optional<std::string> ChooseFolder(std::string_view title,
                                                   std::string_view initial_folder) = 0;
+
+  // One-line text entry with OK and Cancel. Returns the text, or nothing on Cancel.
+  virtual std::optional<std::string> EnterText(const TextEntryRequest& request) = 0;
 
   // Modeless-looking note window that the user reads and closes (long texts, reports).
   virtual void ShowNote(std::string_view title, std::string_view text) = 0;

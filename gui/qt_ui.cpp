@@ -12,6 +12,7 @@
 #include "gui/file_filters.h"
 #include "gui/help_viewer.h"
 #include "gui/progress_window.h"
+#include "gui/text_entry_dialog.h"
 
 namespace nv {
 
@@ -85,6 +86,12 @@ std::optional<std::string> QtUi::ChooseFolder(std::string_view title,
                                                            FromWindowsText(initial_folder));
   if (folder.isEmpty()) return std::nullopt;
   return ToWindowsText(QDir::toNativeSeparators(folder));
+}
+
+std::optional<std::string> QtUi::EnterText(const TextEntryRequest& request) {
+  TextEntryDialog dialog(request, owner_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.text();
 }
 
 void QtUi::ShowNote(std::string_view title, std::string_view text) {

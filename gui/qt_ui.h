@@ -8,8 +8,8 @@
 #include <QWidget>
 #include <string>
 
-#include "gui/help_viewer.h"
 #include "base/ui.h"
+#include "gui/help_viewer.h"
 
 namespace nv {
 
@@ -30,6 +30,7 @@ class QtUi : public Ui {
   std::optional<std::string> ChooseFile(const FileDialogRequest& request) override;
   std::optional<std::string> ChooseFolder(std::string_view title,
                                           std::string_view initial_folder) override;
+  std::optional<std::string> EnterText(const TextEntryRequest& request) override;
   void ShowNote(std::string_view title, std::string_view text) override;
   std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                               long total) override;

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "store/block_chain.h"
 #include "store/key_compare.h"
 #include "store/master_file.h"
+#include "store/permissions.h"
 #include "store/status.h"
 
 namespace nv {
@@ -140,8 +142,16 @@ int NvCompany::Open(std::string_view number, int flags, Ui& ui,
     CloseFilesWithoutWriting();
     return rc;
   }
+  permission_ = CurrentUserPermission(*this);
   if (old_layout_ && !read_only()) {
     if (int rc = ConfirmOldLayout(ui); rc != kOk) {
+      CloseFilesWithoutWriting();
+      return rc;
+    }
+  }
+  if (!read_only() && ::access(FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
+    marked_changing_ = true;  // the marker goes when this run closes the company
+    if (int rc = RecoverInterruptedRun(); rc != kOk) {
       CloseFilesWithoutWriting();
       return rc;
     }
@@ -149,6 +159,10 @@ int NvCompany::Open(std::string_view number, int flags, Ui& ui,
   if (int rc = OpenIndexes(flags); rc != kOk) {
     CloseFilesWithoutWriting();
     return rc;
+  }
+  if ((flags & kLoadLocCat) != 0) {
+    LoadLocCatList(*this, 'L', &locations_);
+    LoadLocCatList(*this, 'C', &categories_);
   }
   return 1;
 }
@@ -278,6 +292,8 @@ int NvCompany::Close() {
   if (i1_.is_open() && i1_.Close() != 0 && status == 0) status = kCloseI1Failed;
   if (i2_.is_open() && i2_.Close() != 0 && status == 0) status = kCloseI2Failed;
   if (blocks_.is_open() && blocks_.Close() != 0 && status == 0) status = kCloseBlockFileFailed;
+  if (marked_changing_ && status == 0) std::remove(FilePath(kChangingMarkerExtension).c_str());
+  marked_changing_ = false;
   return status;
 }
 
@@ -286,6 +302,7 @@ void NvCompany::CloseFilesWithoutWriting() {
   i1_.file().Close();
   i2_.file().Close();
   blocks_.Close();
+  marked_changing_ = false;
 }
 
 bool NvCompany::BackUp(const std::string& backup_folder, Ui& ui) const {

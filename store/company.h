@@ -18,6 +18,7 @@
 #include "base/ui.h"
 #include "store/btree_file.h"
 #include "store/company_record.h"
+#include "store/loc_cat_list.h"
 #include "store/rec_file.h"
 
 namespace nv {
@@ -34,6 +35,17 @@ inline constexpr int kNewerVersion = -111;  // newer version, or the upgrade was
 // -110 .. -119: the index files need a rebuild (company selection offers a quick one).
 inline constexpr int kFirstRebuildStatus = -119;
 inline constexpr int kLastRebuildStatus = -110;
+// Asset operations.
+inline constexpr int kInvalidAsset = -100;     // invalid asset number, or no record
+inline constexpr int kNumberKeyFailed = -102;  // .I1 key not deleted; invalid number on find
+inline constexpr int kSortKeyFailed = -103;    // .I2 key not deleted
+inline constexpr int kI2NotOpen = -113;
+
+// Which index a step through the assets follows.
+enum class AssetOrder { kNumber, kSort };
+
+class NvAsset;
+struct AssetRecordFormat;
 
 class NvCompany {
  public:
@@ -95,6 +107,38 @@ class NvCompany {
   NvCompanyRecord& record() { return record_; }
   const NvCompanyRecord& record() const { return record_; }
 
+  // Assets. Each returns a status (negative is failure); record numbers are the first
+  // blocks of the assets' chains in the block file.
+  //
+  // Adds a new asset: its first block, its .I1 and .I2 keys, its chain. kDuplicate when
+  // the number exists; a failed add leaves nothing behind.
+  int AddAsset(NvAsset* asset);
+  // Rewrites an asset that was read (record number set), moving its keys when its number
+  // or its sort fields changed.
+  int ReplaceAsset(NvAsset* asset);
+  // Removes an asset's keys and frees its blocks, then writes "Asset deleted" to the
+  // change log under `log_tag` ("DEL " when empty).
+  int DeleteAsset(const NvAsset& asset, std::string_view log_tag = {});
+  // Finds an asset by its number (parsed under the company's format) and reads it.
+  int FindAsset(std::string_view number, NvAsset* asset);
+  // Reads the asset whose chain starts at `record`.
+  int ReadAsset(uint32_t record, NvAsset* asset);
+  // Steps in the chosen order from the last asset found or stepped to; an empty path (after
+  // ResetAssetWalk) starts at the first (last) asset. At the end: kOk with
+  // asset->record_number 0.
+  int NextAsset(AssetOrder order, NvAsset* asset);
+  int PreviousAsset(AssetOrder order, NvAsset* asset);
+  void ResetAssetWalk();
+  // The company's form of asset records (format, Round Dollars, schedules, sort order).
+  AssetRecordFormat RecordFormat() const;
+
+  // The location and category lists, loaded on open with kLoadLocCat.
+  NvLocCatList& locations() { return locations_; }
+  NvLocCatList& categories() { return categories_; }
+
+  // This user's permission level for the company, computed when it is opened.
+  int permission() const { return permission_; }
+
   bool is_open() const { return blocks_.is_open(); }
   bool read_only() const { return (open_flags_ & kReadOnly) != 0; }
   int open_flags() const { return open_flags_; }
@@ -110,12 +154,23 @@ class NvCompany {
   int ConfirmOldLayout(Ui& ui);
   int OpenIndexes(int flags);
   void CloseFilesWithoutWriting();
+  int Step(AssetOrder order, bool forward, NvAsset* asset);
+  int FreeAssetChain(uint32_t first_block);
+  // A run that changes the company leaves a marker file (number + ".DTY") until it closes
+  // the company; finding one at open means a run died halfway, and RecoverInterruptedRun
+  // rebuilds the free list and both indexes from the asset chains in the block file.
+  void MarkChanging();
+  int RecoverInterruptedRun();
 
   const InstallationContext& context_;
   std::string folder_;
   NvCompanyRecord record_;
   int open_flags_ = 0;
   bool old_layout_ = false;
+  bool marked_changing_ = false;
+  int permission_ = 0;
+  NvLocCatList locations_;
+  NvLocCatList categories_;
   NvRecFile blocks_;
   NvBTreeFile i1_;
   NvBTreeFile i2_;
@@ -125,6 +180,9 @@ class NvCompany {
 // separator when companies live in subfolders (an existing folder of that name in another
 // case is used as it is named).
 std::string CompanyFolder(const InstallationContext& context, std::string_view number);
+
+// Extension of the marker file of a run that changes the company.
+inline constexpr char kChangingMarkerExtension[] = "DTY";
 
 // Company numbers: 1 to 8 of "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890&#$@" after trimming.
 inline constexpr char kCompanyNumberCharacters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890&#$@";

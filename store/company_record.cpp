@@ -150,12 +150,6 @@ std::string StoredAssetNoField(const NvCompanyRecord& record) {
 
 }  // namespace
 
-std::string FitText(std::string_view text, size_t width) {
-  std::string_view t = TrimBlanks(text);
-  if (t.size() > width) t.remove_prefix(t.size() - width);
-  return std::string(t);
-}
-
 std::string FormatSchedulesField(const NvCompanyRecord& record) {
   std::string field = record.schedule_letters + " ";
   if (field.size() < kScheduleLettersWidth) field.resize(kScheduleLettersWidth, ' ');

@@ -47,6 +47,7 @@
 
 #include "base/date.h"
 #include "store/asset_no_format.h"
+#include "store/record_fields.h"
 
 namespace nv {
 
@@ -124,10 +125,6 @@ inline constexpr size_t kCountersBytes = 3 * 4;
 inline constexpr size_t kOldCountersBytes = 3 * 2;
 // Open reads at most ten blocks of the record: 10 x 138 data bytes (1,451-byte buffer).
 inline constexpr size_t kMaxCompanyRecordBlocks = 10;
-
-// Texts as the record stores them: trimmed, and a text longer than width keeps its last
-// width characters.
-std::string FitText(std::string_view text, size_t width);
 
 // The schedules field: letters, a blank, blanks up to 7 characters; then for each
 // schedule and one more entry the type (2) and the name (10), padded with blanks.

@@ -320,3 +320,24 @@ TEST_F(CompanyTest, SubfoldersDeleteAndNumbers) {
 
 }  // namespace
 }  // namespace nv
+
+namespace nv {
+namespace {
+
+TEST_F(CompanyTest, LocationAndCategoryListsLoadWithTheirFlag) {
+  ASSERT_EQ(CreateCompany("ACME", SmallRecord()), 0);
+  testing::WriteAll(File("acme.loc"),
+                    testing::Bytes{'N', 'V', 'W', '3', '0', '0', '0', '\r', '\n', '0', '1', '\t',
+                                   'M', 'a', 'i', 'n', '\r', '\n'});
+  auto ui = Answers("");
+  NvCompany company(ctx_);
+  ASSERT_EQ(company.Open("ACME", NvCompany::kReadOnly, *ui), 1);
+  EXPECT_TRUE(company.locations().empty());
+  ASSERT_EQ(company.Open("ACME", NvCompany::kReadOnly | NvCompany::kLoadLocCat, *ui), 1);
+  ASSERT_EQ(company.locations().size(), 1u);
+  EXPECT_EQ(company.locations()[0].code, "01");
+  EXPECT_TRUE(company.categories().empty());
+}
+
+}  // namespace
+}  // namespace nv

@@ -82,6 +82,7 @@ constexpr Directive kDirectives[] = {
     {"choose-text", Kind::kChooseText, Directive::kText},
     {"file", Kind::kFile, Directive::kText},
     {"folder", Kind::kFolder, Directive::kText},
+    {"text", Kind::kText, Directive::kText},
 };
 
 const char* DirectiveName(Kind kind) {
@@ -405,6 +406,13 @@ std::optional<std::string> ScriptedUi::ChooseFolder(std::string_view title,
   std::string line = "folder title=" + QuoteTranscriptText(title) +
                      " folder=" + QuoteTranscriptText(initial_folder) + " -> ";
   return AnswerPath(std::move(line), "a folder dialog", Kind::kFolder);
+}
+
+std::optional<std::string> ScriptedUi::EnterText(const TextEntryRequest& request) {
+  std::string line = "entry title=" + QuoteTranscriptText(request.title) +
+                     " prompt=" + QuoteTranscriptText(request.prompt) +
+                     " text=" + QuoteTranscriptText(request.initial) + " -> ";
+  return AnswerPath(std::move(line), "a text entry", Kind::kText);
 }
 
 std::optional<std::string> ScriptedUi::AnswerPath(std::string line, std::string_view prompt,

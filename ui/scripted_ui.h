@@ -14,6 +14,7 @@
 //                            (question: Cancel, choice list: -1, dialogs: nothing)
 //   file PATH                file dialog: PATH
 //   folder PATH              folder dialog: PATH
+//   text TEXT                text entry: TEXT, as typed (the field's rules are not applied)
 //   command ID               main-window command ID (a number) to run; see below
 //
 // Lines are trimmed of blanks, tabs and a carriage return; blank lines are skipped.
@@ -46,6 +47,7 @@
 //   file-open title="..." filter="..." folder="..." name="..." -> file "C:/data/x.dat"
 //   file-save ... -> cancel
 //   folder title="..." folder="..." -> folder "/tmp/out"
+//   entry title="..." prompt="..." text="..." -> text "ACME"
 //   note title="..." text="..."
 //   progress title="..." text="..." total=250 position=250 last-text="..."
 //   help topic="nvsy6dis.html"
@@ -71,10 +73,10 @@ namespace nv {
 
 // One prompt answer of an answers script.
 struct ScriptAnswer {
-  enum class Kind { kYes, kNo, kCancel, kChoose, kChooseText, kClose, kFile, kFolder };
+  enum class Kind { kYes, kNo, kCancel, kChoose, kChooseText, kClose, kFile, kFolder, kText };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
-  std::string text;  // kChooseText: option text; kFile, kFolder: path
+  std::string text;  // kChooseText: option text; kFile, kFolder: path; kText: the text
   int line = 0;      // 1-based line in the script, for messages
 };
 
@@ -132,6 +134,7 @@ class ScriptedUi : public Ui {
   std::optional<std::string> ChooseFile(const FileDialogRequest& request) override;
   std::optional<std::string> ChooseFolder(std::string_view title,
                                           std::string_view initial_folder) override;
+  std::optional<std::string> EnterText(const TextEntryRequest& request) override;
   void ShowNote(std::string_view title, std::string_view text) override;
   std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                               long total) override;

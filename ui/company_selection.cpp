@@ -1,0 +1,122 @@
+#include "ui/company_selection.h"
+
+#include "base/ascii.h"
+#include "base/str_format.h"
+#include "store/master_file.h"
+#include "store/permissions.h"
+
+namespace nv {
+
+std::optional<std::string> AskNewCompanyNumber(Ui& ui) {
+  TextEntryRequest request;
+  request.title = "Enter New Company Number";
+  request.prompt = "Company Number:";
+  request.allowed = kCompanyNumberCharacters;
+  request.upper_case = true;
+  request.max_length = kCompanyNumberLength;
+  for (;;) {
+    std::optional<std::string> entered = ui.EnterText(request);
+    if (!entered) return std::nullopt;
+    std::string number = AsciiUpper(TrimBlanks(*entered));
+    if (!number.empty() && IsValidCompanyNumber(number)) return number;
+    ui.Message(kCompanyNumberCharactersMessage, "Error");
+    request.initial = *entered;
+  }
+}
+
+bool TakeCompanyLock(const InstallationContext& context, std::string_view number,
+                     CompanyInUseLock& lock, Ui& ui) {
+  const std::string path = CompanyLockPath(CompanyFolder(context, number), AsciiUpper(number));
+  std::string holder = lock.Take(path, context.user_name, LockTimeNow());
+  if (holder.empty()) return true;
+  ui.Message(CompanyInUseMessage(number, holder), "Error");
+  return false;
+}
+
+bool ListCompanyInMasterFile(const InstallationContext& context, const std::string& number,
+                             const std::string& name) {
+  MasterFile master;
+  master.subfolders = context.current.subfolders;
+  int rc = ReadMasterFile(context.data_directory(), &master);
+  if (rc != kMasterFileOk && rc != kMasterFileNotFound) return false;
+  for (const NvMasterRec& listed : master.companies) {
+    if (EqualIgnoringCase(listed.number, number)) return true;
+  }
+  InsertMasterRec(&master.companies, {number, name});
+  return WriteMasterFile(context.data_directory(), master) == kMasterFileOk;
+}
+
+namespace {
+
+// Steps 3 to 5: kOk with the company open, or a refusal already told.
+bool OpenChosenCompany(const InstallationContext& context, Ui& ui, NvCompany& company,
+                       const std::string& number) {
+  constexpr int kFlags = NvCompany::kOpenI1 | NvCompany::kOpenI2;
+  int rc = company.Open(number, kFlags, ui);
+  if (rc == kNewerVersion) {
+    ui.Message(kNewerVersionMessage, "Error");
+    return false;
+  }
+  if (rc >= kFirstRebuildStatus && rc <= kLastRebuildStatus) {
+    if (!AskYes(ui, DefaultButton::kYes, kQuickRebuildQuestion, context.product_name().c_str())) {
+      return false;
+    }
+    ui.Message(kBackupNotSupported, "Note");
+    ui.Message(kRebuildNotHere, "Error");
+    rc = company.Open(number, kFlags, ui);
+  }
+  if (rc > 0 && company.permission() == kNoAccess) {
+    company.Close();
+    MessageF(ui, "Message", kNoAccessMessage, number.c_str());
+    return false;
+  }
+  if (rc <= 0) {
+    MessageF(ui, "Message", kUnableToOpenMessage, number.c_str());
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+CompanySelectionResult SelectCompany(const InstallationContext& context, Ui& ui,
+                                     CompanyInUseLock& lock, NvCompany& company,
+                                     std::string_view title, bool offer_new) {
+  CompanySelectionResult result;
+  MasterFile master;
+  if (ReadMasterFile(context.data_directory(), &master) != kMasterFileOk) {
+    master.companies = context.current.companies;
+  }
+  if (master.companies.empty() && !offer_new) {
+    ui.Message(kNoCompaniesMessage);
+    return result;
+  }
+  ChoiceListRequest request;
+  request.title = std::string(title);
+  request.message = master.companies.empty() ? kNoCompaniesMessage : "Select a company:";
+  for (const NvMasterRec& c : master.companies) {
+    request.options.push_back({StrPrintf("%8.8s  %-40.40s", c.number.c_str(), c.name.c_str())});
+  }
+  if (offer_new) request.options.push_back({kNewCompanyOption});
+  const int chosen = ui.ChoiceList(request);
+  if (chosen < 0) return result;
+  if (static_cast<size_t>(chosen) >= master.companies.size()) {
+    std::optional<std::string> number = AskNewCompanyNumber(ui);
+    if (number) {
+      result.choice = CompanyChoice::kNewNumber;
+      result.new_number = *number;
+    }
+    return result;
+  }
+  const NvMasterRec& entry = master.companies[static_cast<size_t>(chosen)];
+  if (!TakeCompanyLock(context, entry.number, lock, ui)) return result;
+  if (!OpenChosenCompany(context, ui, company, entry.number)) {
+    lock.Release();
+    return result;
+  }
+  ListCompanyInMasterFile(context, company.number(), company.record().name);
+  result.choice = CompanyChoice::kOpened;
+  return result;
+}
+
+}  // namespace nv
