@@ -1,0 +1,234 @@
+#include "tools/nvtool_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+#include "base/file_util.h"
+#include "base/temp_dir_testing.h"
+#include "store/master_file.h"
+
+namespace nv {
+namespace {
+
+struct ToolRun {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+ToolRun Nvtool(std::vector<std::string> args) {
+  std::ostringstream out, err;
+  int status = RunNvtool(args, out, err);
+  return {status, out.str(), err.str()};
+}
+
+// A document as dump --json writes it: every member, in the dump's order.
+const char kDocument[] = R"({
+  "company": {
+    "number": "ACME",
+    "name": "Acme Tools Caf\u00e9",
+    "ein": "12-3456789",
+    "last_closed": "12/31/2023",
+    "current_year_end": "12/31/2024",
+    "asset_number_format": {"main": 8, "sub": 3, "letters": true, "dashes": true, "free_form": false},
+    "schedules": [{"letter": "B", "type": "B", "name": "Book"},
+                  {"letter": "T", "type": "T", "name": "Tax"},
+                  {"letter": "X", "type": "CA", "name": "Calif"}],
+    "sort_order": "ACL",
+    "business_category": 4,
+    "round_dollars": false,
+    "mid_quarter_override": "Q",
+    "global_loc_cat": "N",
+    "user_fields": [{"name": "Dept", "default": "100"}, {"name": "", "default": ""},
+                    {"name": "", "default": ""}, {"name": "", "default": ""},
+                    {"name": "", "default": ""}, {"name": "", "default": ""},
+                    {"name": "", "default": ""}, {"name": "", "default": ""},
+                    {"name": "", "default": ""}, {"name": "Bin", "default": "A-1"}],
+    "misc_codes": "B",
+    "logging_flags": 16777215,
+    "permissions": "*:R|BOB:F"
+  },
+  "assets": [
+    {"asset_no": "12-A.001", "description": "Lathe", "asset_codes": "X1", "location": "SHOP",
+     "category": "MACH", "account": "1500-10", "cash_and_notes": 12000.5, "trade_in": 500.0,
+     "purchase_date": "01/15/2022", "date_in_service": "02/01/2022", "new_used_trade": "U",
+     "prior_short_years": 1, "property_code": "P1", "type_4797": 50,
+     "user_fields": ["7", "", "", "", "", "", "", "", "", "bin 4"],
+     "disposal": {"code": "S", "transferred_to": "", "traded_to": "", "amount": 12500.5,
+                  "date": "06/30/2024", "sale_amount": 9000.0},
+     "schedules": {
+       "B": {"method": 2, "amortized": false, "am_code_section": "", "asset_type": "L",
+             "business_percent": 80, "useful_life": "7-6", "sl_life": "0-0",
+             "depreciable_basis": 12500.5, "substitute_basis": 0.0, "subst_itc_basis": 0.0,
+             "itc_code": 5, "itc_percent": 10, "itc_bas_red_pct": 50, "itc": 125.0,
+             "convention": "Y", "sec_179": 1000.0, "prior_allowed": 3000.0,
+             "prior_allowable": 3100.0, "bonus": 0.0, "salvage": 100.0, "current_depr": 1500.25,
+             "misc_codes": "M", "state": "", "extra_amount": 42.5, "extra_flag": 2,
+             "further_1": 1.5, "further_2": -2.25},
+       "T": {"method": 13, "amortized": false, "am_code_section": "", "asset_type": "A",
+             "business_percent": 0, "useful_life": "0-0", "sl_life": "0-0",
+             "depreciable_basis": 5.0, "substitute_basis": 77.0, "subst_itc_basis": 0.0,
+             "itc_code": 0, "itc_percent": 0, "itc_bas_red_pct": 0, "itc": 6.0,
+             "convention": "", "sec_179": 0.0, "prior_allowed": 0.0, "prior_allowable": 0.0,
+             "bonus": 0.0, "salvage": 0.0, "current_depr": 0.0, "misc_codes": "", "state": "",
+             "extra_amount": 0.0, "extra_flag": 0, "further_1": 7.0, "further_2": 8.0},
+       "X": {"method": 3, "amortized": true, "am_code_section": "197", "asset_type": "",
+             "business_percent": 100, "useful_life": "5-0", "sl_life": "39-0",
+             "depreciable_basis": 12500.5, "substitute_basis": 0.0, "subst_itc_basis": 0.0,
+             "itc_code": 0, "itc_percent": 0, "itc_bas_red_pct": 0, "itc": 0.0,
+             "convention": "Q", "sec_179": 0.0, "prior_allowed": 0.0, "prior_allowable": 0.0,
+             "bonus": 250.0, "salvage": 0.0, "current_depr": 0.0, "misc_codes": "", "state": "CA",
+             "extra_amount": 0.0, "extra_flag": 0, "further_1": 0.0, "further_2": 0.0}},
+     "pauses": {"schedules": "BX", "intervals": [["03/01/2023", "05/31/2023"]]}},
+    {"asset_no": "7.002", "description": "Truck traded", "asset_codes": "", "location": "YARD",
+     "category": "AUTO", "account": "1600", "cash_and_notes": 30000.0, "trade_in": 0.0,
+     "purchase_date": "", "date_in_service": "07/04/2021", "new_used_trade": "N",
+     "prior_short_years": 0, "property_code": "", "type_4797": 0,
+     "user_fields": ["", "", "", "", "", "", "", "", "", ""],
+     "disposal": {"code": "E", "transferred_to": "", "traded_to": "12-A.001", "amount": 0.0,
+                  "date": "", "sale_amount": 0.0},
+     "schedules": {
+       "B": {"method": 13, "amortized": false, "am_code_section": "", "asset_type": "",
+             "business_percent": 0, "useful_life": "0-0", "sl_life": "0-0",
+             "depreciable_basis": 0.0, "substitute_basis": 0.0, "subst_itc_basis": 0.0,
+             "itc_code": 0, "itc_percent": 0, "itc_bas_red_pct": 0, "itc": 0.0,
+             "convention": "", "sec_179": 0.0, "prior_allowed": 0.0, "prior_allowable": 0.0,
+             "bonus": 0.0, "salvage": 0.0, "current_depr": 0.0, "misc_codes": "", "state": "",
+             "extra_amount": 0.0, "extra_flag": 0, "further_1": 0.0, "further_2": 0.0},
+       "T": {"method": 13, "amortized": false, "am_code_section": "", "asset_type": "",
+             "business_percent": 0, "useful_life": "0-0", "sl_life": "0-0",
+             "depreciable_basis": 0.0, "substitute_basis": 0.0, "subst_itc_basis": 0.0,
+             "itc_code": 0, "itc_percent": 0, "itc_bas_red_pct": 0, "itc": 0.0,
+             "convention": "", "sec_179": 0.0, "prior_allowed": 0.0, "prior_allowable": 0.0,
+             "bonus": 0.0, "salvage": 0.0, "current_depr": 0.0, "misc_codes": "", "state": "",
+             "extra_amount": 0.0, "extra_flag": 0, "further_1": 0.0, "further_2": 0.0},
+       "X": {"method": 13, "amortized": false, "am_code_section": "", "asset_type": "",
+             "business_percent": 0, "useful_life": "0-0", "sl_life": "0-0",
+             "depreciable_basis": 0.0, "substitute_basis": 0.0, "subst_itc_basis": 0.0,
+             "itc_code": 0, "itc_percent": 0, "itc_bas_red_pct": 0, "itc": 0.0,
+             "convention": "", "sec_179": 0.0, "prior_allowed": 0.0, "prior_allowable": 0.0,
+             "bonus": 0.0, "salvage": 0.0, "current_depr": 0.0, "misc_codes": "", "state": "",
+             "extra_amount": 0.0, "extra_flag": 0, "further_1": 0.0, "further_2": 0.0}}}
+  ]
+})";
+
+class NvtoolTest : public ::testing::Test {
+ protected:
+  std::string Write(const std::string& name, const std::string& text) {
+    std::string path = dir_.File(name);
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+  }
+  TempDir dir_;
+};
+
+TEST_F(NvtoolTest, LoadThenDumpGivesTheDocumentBack) {
+  const std::string doc = Write("acme.json", kDocument);
+  ToolRun load = Nvtool({"load", dir_.path(), "acme", doc});
+  ASSERT_EQ(load.status, 0) << load.err;
+  EXPECT_EQ(load.out, "created company ACME\n2 assets added, 0 refused\n");
+
+  MasterFile master;
+  ASSERT_EQ(ReadMasterFile(dir_.path() + "/", &master), kMasterFileOk);
+  ASSERT_EQ(master.companies.size(), 1u);
+  EXPECT_EQ(master.companies[0].number, "ACME");
+
+  ToolRun dump = Nvtool({"dump", dir_.path(), "ACME", "--json"});
+  ASSERT_EQ(dump.status, 0) << dump.err;
+  nlohmann::json expected = nlohmann::json::parse(kDocument);
+  nlohmann::json got = nlohmann::json::parse(dump.out);
+  // Assets come in asset-number order: 7.002 before 12-A.001.
+  std::swap(expected["assets"][0], expected["assets"][1]);
+  EXPECT_EQ(got["company"], expected["company"]) << got["company"].dump(1);
+  ASSERT_EQ(got["assets"].size(), 2u);
+  EXPECT_EQ(got["assets"][0], expected["assets"][0]) << got["assets"][0].dump(1);
+  EXPECT_EQ(got["assets"][1], expected["assets"][1]) << got["assets"][1].dump(1);
+
+  ToolRun check = Nvtool({"check", dir_.path(), "acme"});
+  EXPECT_EQ(check.status, 0) << check.out;
+  EXPECT_EQ(check.out, "company ACME: 2 assets, no problems\n");
+
+  ToolRun text = Nvtool({"dump", dir_.path(), "ACME"});
+  EXPECT_EQ(text.status, 0);
+  EXPECT_NE(text.out.find("Company ACME  Acme Tools Caf\xC3\xA9\n"), std::string::npos);
+  EXPECT_NE(text.out.find("\nAsset 12-A.001  Lathe\n"), std::string::npos);
+}
+
+TEST_F(NvtoolTest, LoadReportsRefusedAssets) {
+  ASSERT_EQ(Nvtool({"load", dir_.path(), "ACME", Write("a.json", kDocument)}).status, 0);
+  const std::string more = Write("more.json", R"({"assets": [
+      {"asset_no": "7.2", "description": "again"},
+      {"asset_no": "123456789", "description": "too long"},
+      {"asset_no": "8.001", "schedules": {"Z": {"method": 2}}},
+      {"asset_no": "9.001", "cash_and_notes": "lots"},
+      {"asset_no": "10.001", "description": "fine"}]})");
+  ToolRun load = Nvtool({"load", dir_.path(), "ACME", more});
+  ASSERT_EQ(load.status, 0) << load.err;
+  EXPECT_EQ(load.out,
+            "refused 7.2: duplicate asset number\n"
+            "refused 123456789: invalid number under the company's format 8 char (letters OK, "
+            "dashes OK), 3 digit subasset\n"
+            "refused 8.001: asset: schedule \"Z\" is not one of the company's\n"
+            "refused 9.001: asset: cash_and_notes is not a number\n"
+            "1 assets added, 4 refused\n");
+  EXPECT_EQ(Nvtool({"check", dir_.path(), "ACME"}).out, "company ACME: 3 assets, no problems\n");
+}
+
+TEST_F(NvtoolTest, ErrorsAreOneLineAndAFailingStatus) {
+  ToolRun none = Nvtool({"check", dir_.path(), "NOPE"});
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.err, "nvtool: no company NOPE in " + dir_.path() + "/\n");
+
+  Write("BAD.A", std::string(145, 'x'));
+  ToolRun bad = Nvtool({"dump", dir_.path(), "BAD"});
+  EXPECT_EQ(bad.status, 1);
+  EXPECT_EQ(bad.err, "nvtool: cannot open company BAD: its block file is not a company's\n");
+
+  ToolRun broken = Nvtool({"load", dir_.path(), "NEW", Write("b.json", "{\"assets\": [")});
+  EXPECT_EQ(broken.status, 1);
+  EXPECT_NE(broken.err.find("not a JSON object"), std::string::npos);
+  ToolRun no_company = Nvtool({"load", dir_.path(), "NEW", Write("c.json", "{\"assets\": []}")});
+  EXPECT_EQ(no_company.status, 1);
+  EXPECT_EQ(no_company.err, "nvtool: no company NEW yet, and the document has no company object\n");
+  ToolRun wrong = Nvtool({"load", dir_.path(), "NEW",
+                      Write("d.json", R"({"company": {"number": "OTHER", "round_dollars": 1}})")});
+  EXPECT_EQ(wrong.status, 1);
+  EXPECT_EQ(wrong.err, "nvtool: bad document: company: round_dollars is not true or false\n");
+  EXPECT_FALSE(std::filesystem::exists(dir_.File("NEW.A")));
+  EXPECT_FALSE(std::filesystem::exists(dir_.File("MASTER.A")));
+
+  EXPECT_EQ(Nvtool({"load", dir_.path(), "NEW", dir_.File("missing.json")}).err,
+            "nvtool: cannot read " + dir_.File("missing.json") + "\n");
+  EXPECT_EQ(Nvtool({}).status, 2);
+  EXPECT_EQ(Nvtool({"frobnicate"}).err.substr(0, 36), "nvtool: unknown command 'frobnicate'");
+  EXPECT_EQ(Nvtool({"version"}).out, "nvtool 4.1.141\n");
+}
+
+TEST_F(NvtoolTest, CheckFindsADamagedIndex) {
+  ASSERT_EQ(Nvtool({"load", dir_.path(), "ACME", Write("a.json", kDocument)}).status, 0);
+  // Drop the sort index's root: both assets are then missing from it.
+  std::string i2 = *ReadFileBytes(dir_.File("ACME.I2"));
+  for (int i = 11; i < 15; ++i) i2[i] = 0;
+  Write("ACME.I2", i2);
+  ToolRun check = Nvtool({"check", dir_.path(), "ACME"});
+  EXPECT_EQ(check.status, 1);
+  EXPECT_NE(check.out.find("indexes: asset at block"), std::string::npos) << check.out;
+  EXPECT_NE(check.out.find("company ACME: 2 assets, "), std::string::npos);
+}
+
+TEST_F(NvtoolTest, CompaniesInSubfolders) {
+  MasterFile master;
+  master.subfolders = true;
+  ASSERT_EQ(WriteMasterFile(dir_.path() + "/", master), kMasterFileOk);
+  ASSERT_EQ(Nvtool({"load", dir_.path(), "ACME", Write("a.json", kDocument)}).status, 0);
+  EXPECT_TRUE(std::filesystem::exists(dir_.File("ACME.CLT/ACME.A")));
+  EXPECT_EQ(Nvtool({"check", dir_.path(), "ACME"}).status, 0);
+}
+
+}  // namespace
+}  // namespace nv
