@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_scratch.h"
 #include "shell/configuration.h"
 
 namespace {
@@ -33,33 +34,10 @@ class SilentUi : public nv::Ui {
   void ShowHelp(std::string_view) override {}
 };
 
-// The scratch folder, removed at exit; kept in a plain array so that it outlives every
-// static destructor that runs before the exit handler.
-char scratch_folder[64];
-
-void RemoveScratchFolder() {
-  std::error_code ec;
-  std::filesystem::remove_all(scratch_folder, ec);
-}
-
-std::string ScratchFolder() {
-  if (scratch_folder[0] == '\0') {
-    char pattern[] = "/tmp/nv_configuration_fuzz_XXXXXX";
-    if (::mkdtemp(pattern) == nullptr) std::abort();
-    std::snprintf(scratch_folder, sizeof scratch_folder, "%s", pattern);
-    std::atexit(RemoveScratchFolder);
-  }
-  return std::string(scratch_folder) + "/";
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string folder = ScratchFolder();
-  std::error_code ec;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, ec)) {
-    std::filesystem::remove(entry.path(), ec);
-  }
+  const std::string folder = nv::fuzzing::EmptyScratchFolder("configuration");
   std::string_view input(reinterpret_cast<const char*>(data), size);
   const uint8_t flags = size > 0 ? data[0] : 0;
   if (size > 0) input.remove_prefix(1);

@@ -1,0 +1,42 @@
+// The scratch folder of a fuzz run: made on first use, emptied before each input and
+// removed at exit. It lies on a memory file system where there is one, because every
+// settings-file write syncs its file and a disk would slow the runs tenfold.
+#pragma once
+
+#include <stdlib.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace nv::fuzzing {
+
+// Kept in a plain array so that it outlives every static destructor that runs before the
+// exit handler.
+inline char scratch_folder[96];
+
+inline void RemoveScratchFolder() {
+  std::error_code ec;
+  std::filesystem::remove_all(scratch_folder, ec);
+}
+
+// The folder, with a trailing separator, emptied. `name` goes into the folder's name.
+inline std::string EmptyScratchFolder(const char* name) {
+  if (scratch_folder[0] == '\0') {
+    for (const char* parent : {"/dev/shm", "/tmp"}) {
+      std::snprintf(scratch_folder, sizeof scratch_folder, "%s/nv_%s_fuzz_XXXXXX", parent, name);
+      if (::mkdtemp(scratch_folder) != nullptr) break;
+      scratch_folder[0] = '\0';
+    }
+    if (scratch_folder[0] == '\0') std::abort();
+    std::atexit(RemoveScratchFolder);
+  }
+  std::error_code ec;
+  for (const auto& entry : std::filesystem::directory_iterator(scratch_folder, ec)) {
+    std::filesystem::remove_all(entry.path(), ec);
+  }
+  return std::string(scratch_folder) + "/";
+}
+
+}  // namespace nv::fuzzing
