@@ -26,6 +26,7 @@ class SilentUi : public nv::Ui {
   std::optional<std::string> ChooseFolder(std::string_view, std::string_view) override {
     return {};
   }
+  std::optional<std::string> EnterText(const nv::TextEntryRequest&) override { return {}; }
   void ShowNote(std::string_view, std::string_view) override {}
   std::unique_ptr<nv::ProgressMeter> OpenProgress(std::string_view, std::string_view,
                                                   long) override {

@@ -1,5 +1,7 @@
 #include "store/accounting_year.h"
 
+#include "store/company.h"
+
 #include <algorithm>
 #include <cassert>
 #include <climits>

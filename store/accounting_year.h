@@ -22,9 +22,11 @@
 #include <vector>
 
 #include "base/date.h"
-#include "store/company.h"
+
 
 namespace nv {
+
+class NvCompany;
 
 inline constexpr int kEqualPeriods = 1;   // "Equal"
 inline constexpr int kPeriodsByDays = 2;  // "Days": periods weighted by their days

@@ -19,6 +19,7 @@
 #include "store/key_compare.h"
 #include "store/master_file.h"
 #include "store/permissions.h"
+#include "store/schedule_definitions.h"
 #include "store/status.h"
 
 namespace nv {
@@ -143,12 +144,14 @@ int NvCompany::Open(std::string_view number, int flags, Ui& ui,
     return rc;
   }
   permission_ = CurrentUserPermission(*this);
+  consolidated_ = IsConsolidatedCompany(*this);
   if (old_layout_ && !read_only()) {
     if (int rc = ConfirmOldLayout(ui); rc != kOk) {
       CloseFilesWithoutWriting();
       return rc;
     }
   }
+  if ((flags & kKeepSchedules) == 0) LoadCustomYears();
   if (!read_only() && ::access(FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
     marked_changing_ = true;  // the marker goes when this run closes the company
     if (int rc = RecoverInterruptedRun(); rc != kOk) {
@@ -287,6 +290,7 @@ int NvCompany::Close() {
   int status = 0;
   if (is_open() && !read_only()) {
     if (WriteCompanyRecord() != kOk) status = kCloseBlockFileFailed;
+    SaveCustomYears();
   }
   // An index's Close writes its header when it is open for writing.
   if (i1_.is_open() && i1_.Close() != 0 && status == 0) status = kCloseI1Failed;
@@ -303,6 +307,26 @@ void NvCompany::CloseFilesWithoutWriting() {
   i2_.file().Close();
   blocks_.Close();
   marked_changing_ = false;
+}
+
+void NvCompany::LoadCustomYears() {
+  custom_years_.clear();
+  for (char letter : record_.schedule_letters) {
+    if (std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(*this, letter)) {
+      custom_years_.emplace(letter, std::move(*chain));
+    }
+  }
+}
+
+void NvCompany::SaveCustomYears() {
+  for (char letter : record_.schedule_letters) {
+    SaveCustomAccountingYear(*this, letter, CustomYear(letter));
+  }
+}
+
+const AccountingYearChain* NvCompany::CustomYear(char letter) const {
+  auto it = custom_years_.find(letter);
+  return it == custom_years_.end() ? nullptr : &it->second;
 }
 
 bool NvCompany::BackUp(const std::string& backup_folder, Ui& ui) const {

@@ -11,11 +11,13 @@
 // (unless opened read-only). Destroying an open company closes it.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 
 #include "base/installation_context.h"
 #include "base/ui.h"
+#include "store/accounting_year.h"
 #include "store/btree_file.h"
 #include "store/company_record.h"
 #include "store/loc_cat_list.h"
@@ -136,6 +138,13 @@ class NvCompany {
   NvLocCatList& locations() { return locations_; }
   NvLocCatList& categories() { return categories_; }
 
+  // The custom accounting year of each schedule letter that has one, loaded on open
+  // (unless kKeepSchedules) and saved on close.
+  std::map<char, AccountingYearChain>& custom_years() { return custom_years_; }
+  const AccountingYearChain* CustomYear(char letter) const;
+  // The settings file has a "Consolidated Company" section; read on open.
+  bool consolidated() const { return consolidated_; }
+
   // This user's permission level for the company, computed when it is opened.
   int permission() const { return permission_; }
 
@@ -160,6 +169,8 @@ class NvCompany {
   // the company; finding one at open means a run died halfway, and RecoverInterruptedRun
   // rebuilds the free list and both indexes from the asset chains in the block file.
   void MarkChanging();
+  void LoadCustomYears();
+  void SaveCustomYears();
   int RecoverInterruptedRun();
 
   const InstallationContext& context_;
@@ -169,6 +180,8 @@ class NvCompany {
   bool old_layout_ = false;
   bool marked_changing_ = false;
   int permission_ = 0;
+  bool consolidated_ = false;
+  std::map<char, AccountingYearChain> custom_years_;
   NvLocCatList locations_;
   NvLocCatList categories_;
   NvRecFile blocks_;

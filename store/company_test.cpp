@@ -341,3 +341,37 @@ TEST_F(CompanyTest, LocationAndCategoryListsLoadWithTheirFlag) {
 
 }  // namespace
 }  // namespace nv
+
+namespace nv {
+namespace {
+
+TEST_F(CompanyTest, CustomYearsLoadOnOpenAndAreWrittenBackOnClose) {
+  NvCompanyRecord r = SmallRecord();
+  r.schedule_letters = "BT";
+  r.schedules.push_back({'T', "T", "Tax"});
+  ASSERT_EQ(CreateCompany("ACME", r), 0);
+  const std::string ini =
+      "[Custom Accounting Year T]\r\nPeriodWeight=Equal\r\n"
+      "CurrentYear=12/31/2024*4:03/31/2024,06/30/2024,09/30/2024,12/31/2024\r\n";
+  testing::WriteAll(File("ACME.ini"), testing::Bytes(ini.begin(), ini.end()));
+  auto ui = Answers("");
+  {
+    NvCompany company(ctx_);
+    ASSERT_EQ(company.Open("ACME", 0, *ui), 1);
+    EXPECT_EQ(company.CustomYear('B'), nullptr);
+    ASSERT_NE(company.CustomYear('T'), nullptr);
+    // Dropped in memory only: opening again without kKeepSchedules reads it back.
+    company.custom_years().erase('T');
+    // With kKeepSchedules the years in memory stay as they are.
+    ASSERT_EQ(company.Open("ACME", NvCompany::kKeepSchedules, *ui), 1);
+    EXPECT_EQ(company.CustomYear('T'), nullptr);
+    ASSERT_EQ(company.Open("ACME", 0, *ui), 1);
+    ASSERT_NE(company.CustomYear('T'), nullptr);
+    ASSERT_EQ(company.Close(), 0);
+  }
+  testing::Bytes after = testing::ReadAll(File("ACME.ini"));
+  EXPECT_EQ(std::string(after.begin(), after.end()), ini);
+}
+
+}  // namespace
+}  // namespace nv

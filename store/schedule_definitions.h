@@ -30,7 +30,6 @@ inline constexpr int kThisCompanySource = 4;
 inline constexpr int kAllScheduleSources =
     kStandardSource | kAllCompaniesSource | kThisCompanySource;
 
-inline constexpr size_t kScheduleTypeWidth = 2;
 inline constexpr size_t kScheduleDescriptionWidth = 10;
 
 inline constexpr char kScheduleDefinitionsSection[] = "Schedule Definitions";

@@ -1,0 +1,128 @@
+#include "ui/change_company_number.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <vector>
+
+#include "base/ascii.h"
+#include "base/comma_text.h"
+#include "base/file_util.h"
+#include "base/str_format.h"
+#include "store/master_file.h"
+
+namespace nv {
+namespace {
+
+bool Exists(const std::string& path) {
+  struct stat st;
+  return ::stat(path.c_str(), &st) == 0;
+}
+
+// The entries of `folder` named number + "." + extension (any case), with their extensions.
+std::vector<std::pair<std::string, std::string>> CompanyFiles(const std::string& folder,
+                                                              const std::string& number) {
+  std::vector<std::pair<std::string, std::string>> files;
+  DIR* dir = ::opendir(folder.c_str());
+  if (dir == nullptr) return files;
+  while (struct dirent* entry = ::readdir(dir)) {
+    std::string_view name = entry->d_name;
+    if (name.size() > number.size() + 1 && name[number.size()] == '.' &&
+        EqualIgnoringCase(name.substr(0, number.size()), number)) {
+      files.emplace_back(std::string(name), std::string(name.substr(number.size() + 1)));
+    }
+  }
+  ::closedir(dir);
+  return files;
+}
+
+bool RenumberInMasterFile(const InstallationContext& context, const std::string& old_number,
+                          const std::string& new_number, const std::string& name) {
+  MasterFile master;
+  master.subfolders = context.current.subfolders;
+  int rc = ReadMasterFile(context.data_directory(), &master);
+  if (rc != kMasterFileOk && rc != kMasterFileNotFound) return false;
+  std::erase_if(master.companies,
+                [&](const NvMasterRec& c) { return EqualIgnoringCase(c.number, old_number); });
+  InsertMasterRec(&master.companies, {new_number, name});
+  return WriteMasterFile(context.data_directory(), master) == kMasterFileOk;
+}
+
+}  // namespace
+
+RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany& company,
+                                   std::string_view new_number_text, CompanyInUseLock& lock,
+                                   Ui& ui) {
+  const std::string old_number = company.number();
+  const std::string new_number = AsciiUpper(TrimBlanks(new_number_text));
+  if (!IsValidCompanyNumber(new_number)) {
+    ui.Message(kCompanyNumberCharactersMessage, "Error");
+    return RenumberResult::kRefused;
+  }
+  if (EqualIgnoringCase(new_number, old_number)) {
+    ui.Message(kSameNumberMessage, "Error");
+    return RenumberResult::kRefused;
+  }
+  const std::string old_folder = company.folder();
+  std::string new_folder = CompanyFolder(context, new_number);
+  if (FindFileIgnoringCase(new_folder, new_number + ".A") ||
+      (context.current.subfolders && Exists(new_folder))) {
+    ui.Message(kFilesExistMessage, "Error");
+    return RenumberResult::kRefused;
+  }
+  const std::string name = company.record().name;
+  if (company.is_open()) company.Close();
+  if (context.current.subfolders) {
+    std::string data = context.data_directory();
+    if (!data.empty() && data.back() != '/') data += '/';
+    new_folder = data + new_number + ".clt/";
+    if (!MakeDirectories(new_folder)) {
+      ui.Message(kSubfolderFailedMessage, "Error");
+      return RenumberResult::kFailed;
+    }
+  }
+
+  bool ok = true;
+  for (const auto& [file, extension] : CompanyFiles(old_folder, old_number)) {
+    if (EqualIgnoringCase(extension, "LOK")) continue;
+    if (std::rename((old_folder + file).c_str(), (new_folder + new_number + "." + extension).c_str()) !=
+        0) {
+      ok = false;
+    }
+  }
+  const std::string lock_path = CompanyLockPath(new_folder, new_number);
+  if (!lock.Take(lock_path, context.user_name, LockTimeNow()).empty()) ok = false;
+  if (context.current.subfolders && ok) {
+    std::error_code error;
+    std::filesystem::remove_all(old_folder, error);
+  }
+  if (!ok) {
+    ui.Message(kRenameFailedMessage, "Error");
+    return RenumberResult::kFailed;
+  }
+  // Opening and closing under the new number writes the company record again.
+  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui) > 0) company.Close();
+  RenumberInMasterFile(context, old_number, new_number, name);
+  return RenumberResult::kDone;
+}
+
+bool RunChangeCompanyNumber(const InstallationContext& context, NvCompany& company,
+                            CompanyInUseLock& lock, Ui& ui) {
+  TextEntryRequest request;
+  request.title = "Change Company Number";
+  request.prompt = StrPrintf("Old Company Number: %s\n\nNew Company Number:", company.number().c_str());
+  request.allowed = kCompanyNumberCharacters;
+  request.upper_case = true;
+  request.max_length = kCompanyNumberLength;
+  for (;;) {
+    std::optional<std::string> entered = ui.EnterText(request);
+    if (!entered) return false;
+    RenumberResult result = ChangeCompanyNumber(context, company, *entered, lock, ui);
+    if (result != RenumberResult::kRefused) return result == RenumberResult::kDone;
+    request.initial = *entered;
+  }
+}
+
+}  // namespace nv
