@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <unordered_set>
+#include <vector>
 
 #include "base/coding.h"
 #include "store/status.h"
@@ -38,7 +39,7 @@ bool ChainBlockAt(NvRecFile& file, uint32_t block) {
 }  // namespace
 
 int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_marker,
-               uint16_t block_length_field, uint32_t* first_block) {
+               uint16_t block_length_field, uint32_t* first_block, bool first_is_new) {
   size_t pieces = std::max<size_t>(1, (bytes.size() + kBlockDataCurrent - 1) / kBlockDataCurrent);
   // Old blocks already taken by this write, so that a looping old chain is not reused twice.
   std::unordered_set<uint32_t> used;
@@ -52,13 +53,21 @@ int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_ma
   bool old_layout = false;
   if (current == kNoChain) {
     if (int rc = file.Allocate(&current); rc != kOk) return rc;
-  } else {
+  } else if (!first_is_new) {
     old_next = OldChainNext(file, current, &old_layout, true);
   }
   *first_block = current;
   used.insert(current);
 
-  uint8_t block[kBlockLength];
+  // Blocks that follow each other in the file go out in one write.
+  std::vector<uint8_t> run;
+  uint32_t run_first = 0;
+  auto flush = [&]() {
+    bool ok = run.empty() ||
+              file.WriteRecords(run_first, run.data(), static_cast<uint32_t>(run.size() / kBlockLength));
+    run.clear();
+    return ok;
+  };
   for (size_t i = 0; i < pieces; ++i) {
     uint32_t next = 0;
     if (i + 1 < pieces) {
@@ -71,16 +80,21 @@ int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_ma
       }
       used.insert(next);
     }
-    std::memset(block, 0, sizeof block);
+    if (!run.empty() && current != run_first + run.size() / kBlockLength && !flush()) {
+      return kChainWriteFailed;
+    }
+    if (run.empty()) run_first = current;
+    run.resize(run.size() + kBlockLength, 0);
+    uint8_t* block = run.data() + run.size() - kBlockLength;
     EncodeU16(block, block_length_field);
     block[2] = i == 0 ? first_marker : kMarkerContinuation;
     EncodeU32(block + 3, next);
     size_t offset = i * kBlockDataCurrent;
     size_t n = std::min(kBlockDataCurrent, bytes.size() - std::min(bytes.size(), offset));
     if (n > 0) std::memcpy(block + kBlockHeaderCurrent, bytes.data() + offset, n);
-    if (!file.WriteRecord(current, block)) return kChainWriteFailed;
     current = next;
   }
+  if (!flush()) return kChainWriteFailed;
 
   // Free what remains of the old chain; stop at anything that is not a chain block.
   while (reusable(old_next)) {

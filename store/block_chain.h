@@ -72,8 +72,10 @@ bool IsOldLayoutMarker(uint8_t marker);
 // a first block; on success it holds the chain's first block. Surplus old blocks are freed.
 // At least one block is written. Returns kOk, kChainWriteFailed, or the status of a failed
 // allocation or free.
+// With `first_is_new`, *first_block is a block just allocated for a new chain: nothing of
+// an old chain is read from it.
 int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_marker,
-               uint16_t block_length_field, uint32_t* first_block);
+               uint16_t block_length_field, uint32_t* first_block, bool first_is_new = false);
 
 // Reads the chain starting at first_block into *bytes (all data parts, whole blocks).
 // max_blocks 0 reads to the end. *first_marker (optional) receives the first block's marker.

@@ -70,8 +70,8 @@ int NvCompany::AddAsset(NvAsset* asset) {
   }
   const std::string bytes = SerializeAssetRecord(*asset, format);
   uint32_t chain = first;
-  if (WriteChain(blocks_, AsBytes(bytes), kMarkerAssetFirst, kAssetBlockLengthField, &chain) !=
-      kOk) {
+  if (WriteChain(blocks_, AsBytes(bytes), kMarkerAssetFirst, kAssetBlockLengthField, &chain,
+                 /*first_is_new=*/true) != kOk) {
     i2_.Delete(sort_key, record_.sort_order);
     i1_.Delete(number_key, "");
     FreeAssetChain(first);

@@ -147,6 +147,24 @@ bool NvRecFile::WriteRecord(uint32_t number, const uint8_t* buffer, size_t count
   return true;
 }
 
+bool NvRecFile::WriteRecords(uint32_t first, const uint8_t* buffer, uint32_t records) {
+  if (handle_ < 0 || read_only_) return false;
+  const size_t count = size_t{records} * record_length_;
+  off_t at = static_cast<off_t>(uint64_t{first} * record_length_);
+  if (::pwrite(handle_, buffer, count, at) != static_cast<ssize_t>(count)) {
+    for (uint32_t i = 0; i < records; ++i) {
+      if (first + i < valid_.size()) valid_[first + i] = false;
+    }
+    return false;
+  }
+  if (cache_limit_ != 0) {
+    for (uint32_t i = 0; i < records; ++i) {
+      Remember(first + i, buffer + size_t{i} * record_length_, 0, record_length_, true);
+    }
+  }
+  return true;
+}
+
 int NvRecFile::Allocate(uint32_t* number) {
   if (free_head_ > highest_record_) free_head_ = 0;
   if (free_head_ != 0) {

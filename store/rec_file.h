@@ -63,6 +63,8 @@ class NvRecFile {
   // closed, count exceeds the record length, or fewer bytes were transferred.
   bool ReadRecord(uint32_t number, uint8_t* buffer, size_t count = 0);
   bool WriteRecord(uint32_t number, const uint8_t* buffer, size_t count = 0);
+  // Writes `records` whole records from `first` on in one transfer.
+  bool WriteRecords(uint32_t first, const uint8_t* buffer, uint32_t records);
 
   // Takes the free head, or appends a record. kOk with *number set, kAllocReadFailed or
   // kOutOfRange (record limit reached).
