@@ -148,8 +148,8 @@ sqlite3* OpenSqlite(const std::string& path) {
   sqlite3* db = nullptr;
   if (sqlite3_open(path.c_str(), &db) != SQLITE_OK) std::abort();
   sqlite3_create_collation(db, "NVNUMBER", SQLITE_UTF8, nullptr, CollateNumber);
-  sqlite3_create_collation(db, "NVSORT", SQLITE_UTF8, const_cast<char*>(Company().sort_order.c_str()),
-                           CollateSort);
+  sqlite3_create_collation(db, "NVSORT", SQLITE_UTF8,
+                           const_cast<char*>(Company().sort_order.c_str()), CollateSort);
   sqlite3_exec(db, "PRAGMA synchronous=OFF; PRAGMA journal_mode=MEMORY; PRAGMA cache_size=-65536;",
                nullptr, nullptr, nullptr);
   return db;

@@ -63,8 +63,8 @@ int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_ma
   std::vector<uint8_t> run;
   uint32_t run_first = 0;
   auto flush = [&]() {
-    bool ok = run.empty() ||
-              file.WriteRecords(run_first, run.data(), static_cast<uint32_t>(run.size() / kBlockLength));
+    bool ok = run.empty() || file.WriteRecords(run_first, run.data(),
+                                               static_cast<uint32_t>(run.size() / kBlockLength));
     run.clear();
     return ok;
   };

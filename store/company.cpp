@@ -370,9 +370,11 @@ bool IsValidCompanyNumber(std::string_view number) {
   return trimmed.find_first_not_of(kCompanyNumberCharacters) == std::string_view::npos;
 }
 
-bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number) {
+bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number,
+                        CompanyInUseLock* lock) {
   const std::string upper = AsciiUpper(TrimBlanks(number));
   const std::string folder = CompanyFolder(context, upper);
+  if (lock != nullptr && lock->HoldsFileAt(CompanyLockPath(folder, upper))) lock->Release();
   bool ok = true;
   for (const std::string& name : CompanyEntries(folder, upper)) {
     std::error_code error;

@@ -19,6 +19,7 @@
 #include "base/ui.h"
 #include "store/accounting_year.h"
 #include "store/btree_file.h"
+#include "store/company_lock.h"
 #include "store/company_record.h"
 #include "store/loc_cat_list.h"
 #include "store/rec_file.h"
@@ -205,9 +206,10 @@ inline constexpr char kCompanyNumberCharactersMessage[] =
 bool IsValidCompanyNumber(std::string_view number);
 
 // Removes the company's files (number + ".*" in its folder, subfolders included), its
-// folder when companies live in subfolders, and its line in MASTER.A. The in-use lock
-// must have been released by the caller if this program holds it. False when something
-// could not be removed.
-bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number);
+// folder when companies live in subfolders, and its line in MASTER.A. When `lock` holds
+// the company's own lock file, the lock is let go and the file goes too. False when
+// something could not be removed.
+bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number,
+                        CompanyInUseLock* lock = nullptr);
 
 }  // namespace nv

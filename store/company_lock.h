@@ -63,10 +63,10 @@ class CompanyInUseLock {
   // True when the held file has been deleted or replaced by someone else since it was
   // taken, so that it no longer keeps anyone out. REQUIRES: held().
   bool lost() const { return file_.IsStale(); }
-
- private:
+  // True when the held lock is the file at `path` (another spelling of it included).
   bool HoldsFileAt(const std::string& path) const;
 
+ private:
   LockFile file_;
 };
 

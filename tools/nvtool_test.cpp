@@ -195,8 +195,9 @@ TEST_F(NvtoolTest, ErrorsAreOneLineAndAFailingStatus) {
   ToolRun no_company = Nvtool({"load", dir_.path(), "NEW", Write("c.json", "{\"assets\": []}")});
   EXPECT_EQ(no_company.status, 1);
   EXPECT_EQ(no_company.err, "nvtool: no company NEW yet, and the document has no company object\n");
-  ToolRun wrong = Nvtool({"load", dir_.path(), "NEW",
-                      Write("d.json", R"({"company": {"number": "OTHER", "round_dollars": 1}})")});
+  ToolRun wrong =
+      Nvtool({"load", dir_.path(), "NEW",
+              Write("d.json", R"({"company": {"number": "OTHER", "round_dollars": 1}})")});
   EXPECT_EQ(wrong.status, 1);
   EXPECT_EQ(wrong.err, "nvtool: bad document: company: round_dollars is not true or false\n");
   EXPECT_FALSE(std::filesystem::exists(dir_.File("NEW.A")));

@@ -87,8 +87,8 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
   bool ok = true;
   for (const auto& [file, extension] : CompanyFiles(old_folder, old_number)) {
     if (EqualIgnoringCase(extension, "LOK")) continue;
-    if (std::rename((old_folder + file).c_str(), (new_folder + new_number + "." + extension).c_str()) !=
-        0) {
+    if (std::rename((old_folder + file).c_str(),
+                    (new_folder + new_number + "." + extension).c_str()) != 0) {
       ok = false;
     }
   }
@@ -112,7 +112,8 @@ bool RunChangeCompanyNumber(const InstallationContext& context, NvCompany& compa
                             CompanyInUseLock& lock, Ui& ui) {
   TextEntryRequest request;
   request.title = "Change Company Number";
-  request.prompt = StrPrintf("Old Company Number: %s\n\nNew Company Number:", company.number().c_str());
+  request.prompt =
+      StrPrintf("Old Company Number: %s\n\nNew Company Number:", company.number().c_str());
   request.allowed = kCompanyNumberCharacters;
   request.upper_case = true;
   request.max_length = kCompanyNumberLength;

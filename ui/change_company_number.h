@@ -34,6 +34,6 @@ enum class RenumberResult {
 // The dialog's OK: checks the new number, tells the user what is wrong, then moves the
 // files.
 RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany& company,
-                         std::string_view new_number, CompanyInUseLock& lock, Ui& ui);
+                                   std::string_view new_number, CompanyInUseLock& lock, Ui& ui);
 
 }  // namespace nv

@@ -50,11 +50,12 @@ TEST_F(CompanySelectionTest, ListedCompanyIsLockedAndOpened) {
   EXPECT_EQ(company.number(), "Z9");
   EXPECT_TRUE(lock_.held());
   EXPECT_EQ(lock_.held_path(), Path("Z9.LOK"));
-  EXPECT_EQ(ui->transcript(),
-            "choice title=\"Export\" text=\"Select a company:\" note=\"\" options=[\"    ACME  Acme "
-            "Tools                              \", \"      Z9  Zed                          "
-            "           \", \"New Company\"] -> choose 1 \"      Z9  Zed                        "
-            "             \" result=1\n");
+  EXPECT_EQ(
+      ui->transcript(),
+      "choice title=\"Export\" text=\"Select a company:\" note=\"\" options=[\"    ACME  Acme "
+      "Tools                              \", \"      Z9  Zed                          "
+      "           \", \"New Company\"] -> choose 1 \"      Z9  Zed                        "
+      "             \" result=1\n");
 }
 
 TEST_F(CompanySelectionTest, AnotherUsersLockRefusesTheCompany) {
@@ -66,9 +67,10 @@ TEST_F(CompanySelectionTest, AnotherUsersLockRefusesTheCompany) {
   EXPECT_EQ(SelectCompany(ctx_, *ui, lock_, company, "", false).choice, CompanyChoice::kCancelled);
   EXPECT_FALSE(company.is_open());
   EXPECT_FALSE(lock_.held());
-  EXPECT_NE(ui->transcript().find("message title=\"Error\" text=\"You cannot select company ACME, because\\n"
-                                  "company data is in use by Network Name\\nALICE\\n(Company in use "
-                                  "since 2:03 p.m. on 05/17/2024)\""),
+  EXPECT_NE(ui->transcript().find(
+                "message title=\"Error\" text=\"You cannot select company ACME, because\\n"
+                "company data is in use by Network Name\\nALICE\\n(Company in use "
+                "since 2:03 p.m. on 05/17/2024)\""),
             std::string::npos)
       << ui->transcript();
 }
@@ -85,11 +87,12 @@ TEST_F(CompanySelectionTest, NewCompanyNumberIsCheckedAndNoCompaniesIsTold) {
   CompanySelectionResult result = SelectCompany(ctx_, *ui, lock_, company, "", true);
   EXPECT_EQ(result.choice, CompanyChoice::kNewNumber);
   EXPECT_EQ(result.new_number, "NEW1");
-  EXPECT_NE(ui->transcript().find("entry title=\"Enter New Company Number\" prompt=\"Company "
-                                  "Number:\" text=\"\" -> text \"ab.c\"\nmessage title=\"Error\" "
-                                  "text=\"Only Letters, Numbers and the symbols\\n&&#$@ are allowed "
-                                  "in company numbers.\"\n"),
-            std::string::npos)
+  EXPECT_NE(
+      ui->transcript().find("entry title=\"Enter New Company Number\" prompt=\"Company "
+                            "Number:\" text=\"\" -> text \"ab.c\"\nmessage title=\"Error\" "
+                            "text=\"Only Letters, Numbers and the symbols\\n&&#$@ are allowed "
+                            "in company numbers.\"\n"),
+      std::string::npos)
       << ui->transcript();
   EXPECT_FALSE(lock_.held());
 }
