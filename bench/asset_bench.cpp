@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_folder.h"
 #include "store/asset_keys.h"
 #include "store/asset_record.h"
 #include "store/asset_testing.h"
@@ -30,17 +31,7 @@ namespace nv {
 namespace {
 
 std::string Folder() {
-  static std::string folder = [] {
-    const char* tmp = getenv("TMPDIR");
-    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/nv_asset_bench_XXXXXX";
-    std::vector<char> buf(pattern.begin(), pattern.end());
-    buf.push_back('\0');
-    const char* made = mkdtemp(buf.data());
-    std::string path = made ? made : "/tmp";
-    std::atexit([] { std::filesystem::remove_all(Folder()); });
-    return path;
-  }();
-  return folder;
+  return BenchFolder();
 }
 
 const InstallationContext& Context() {

@@ -19,6 +19,7 @@
 #include <tuple>
 #include <vector>
 
+#include "bench/bench_folder.h"
 #include "store/btree_file.h"
 #include "store/key_compare.h"
 #include "store/status.h"
@@ -33,17 +34,7 @@ struct KeyKind {
 constexpr KeyKind kKinds[] = {{9, ""}, {31, "1P"}};
 
 std::string Folder() {
-  static std::string folder = [] {
-    const char* tmp = getenv("TMPDIR");
-    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/nv_bench_XXXXXX";
-    std::vector<char> buf(pattern.begin(), pattern.end());
-    buf.push_back('\0');
-    const char* made = mkdtemp(buf.data());
-    std::string path = made ? made : "/tmp";
-    std::atexit([] { std::filesystem::remove_all(Folder()); });
-    return path;
-  }();
-  return folder;
+  return BenchFolder();
 }
 
 std::string MakeKey(const KeyKind& kind, int n) {

@@ -8,14 +8,6 @@
 #include "store/asset.h"
 #include "store/company.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define NV_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define NV_SANITIZED 1
-#endif
-#endif
-
 namespace nv::testing {
 
 inline InstallationContext ContextFor(const std::string& folder) {

@@ -15,14 +15,6 @@
 #include "store/store_testing.h"
 #include "store/structure_check.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define NV_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define NV_SANITIZED 1
-#endif
-#endif
-
 namespace nv {
 namespace {
 

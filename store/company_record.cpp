@@ -148,6 +148,33 @@ std::string StoredAssetNoField(const NvCompanyRecord& record) {
   return kept;
 }
 
+// Company Name through the user fields: the same fields in both layouts.
+void WriteSharedFields(std::string* out, const NvCompanyRecord& record) {
+  PutField(out, FitText(record.name, kCompanyNameWidth));
+  PutField(out, FitText(record.ein, kEinWidth));
+  PutField(out, DateField(record.last_closed));
+  PutField(out, FormatSchedulesField(record));
+  PutField(out, FitText(record.sort_order, kSortOrderWidth));
+  PutField(out, LastDigits(record.business_category, 1));
+  PutField(out, record.round_dollars ? "Y" : "N");
+  PutField(out, CharText(record.mid_quarter_override));
+  PutField(out, CharText(record.global_loc_cat));
+  WriteUserFields(out, record);
+}
+
+void ReadSharedFields(FieldReader& in, NvCompanyRecord* r) {
+  r->name = in.Text(kCompanyNameWidth);
+  r->ein = in.Text(kEinWidth);
+  r->last_closed = ParseDateField(in.Next());
+  ParseSchedulesField(in.Next(), r);
+  r->sort_order = in.Text(kSortOrderWidth);
+  r->business_category = static_cast<int>(ToLong(in.Next()));
+  r->round_dollars = CharField(in.Next(), 'N') == 'Y';
+  r->mid_quarter_override = CharField(in.Next(), ' ');
+  r->global_loc_cat = CharField(in.Next(), ' ');
+  ReadUserFields(in, r);
+}
+
 }  // namespace
 
 std::string FormatSchedulesField(const NvCompanyRecord& record) {
@@ -208,16 +235,7 @@ std::string SerializeCompanyRecord(const NvCompanyRecord& record,
   PutField(&out, DateField(record.current_year_end));
   PutField(&out, LastDigits(record.months_in_year, 2));
   PutField(&out, FitText(record.reserved, kReservedTextWidth));
-  PutField(&out, FitText(record.name, kCompanyNameWidth));
-  PutField(&out, FitText(record.ein, kEinWidth));
-  PutField(&out, DateField(record.last_closed));
-  PutField(&out, FormatSchedulesField(record));
-  PutField(&out, FitText(record.sort_order, kSortOrderWidth));
-  PutField(&out, LastDigits(record.business_category, 1));
-  PutField(&out, record.round_dollars ? "Y" : "N");
-  PutField(&out, CharText(record.mid_quarter_override));
-  PutField(&out, CharText(record.global_loc_cat));
-  WriteUserFields(&out, record);
+  WriteSharedFields(&out, record);
   PutField(&out, StoredAssetNoField(record));
   PutField(&out, TrimBlanks(record.permissions));
   PutField(&out, FitText(record.misc_codes, kMiscCodesWidth));
@@ -248,16 +266,7 @@ ParsedCompanyRecord ParseCompanyRecord(std::string_view bytes) {
   r.current_year_end = ParseDateField(in.Next());
   r.months_in_year = static_cast<int>(ToLong(in.Next()));
   r.reserved = in.Text(kReservedTextWidth);
-  r.name = in.Text(kCompanyNameWidth);
-  r.ein = in.Text(kEinWidth);
-  r.last_closed = ParseDateField(in.Next());
-  ParseSchedulesField(in.Next(), &r);
-  r.sort_order = in.Text(kSortOrderWidth);
-  r.business_category = static_cast<int>(ToLong(in.Next()));
-  r.round_dollars = CharField(in.Next(), 'N') == 'Y';
-  r.mid_quarter_override = CharField(in.Next(), ' ');
-  r.global_loc_cat = CharField(in.Next(), ' ');
-  ReadUserFields(in, &r);
+  ReadSharedFields(in, &r);
   r.stored_asset_no = std::string(TrimBlanks(in.Next()));
   r.permissions = std::string(TrimBlanks(in.Next()));
   r.misc_codes = in.Text(kMiscCodesWidth);
@@ -282,16 +291,7 @@ ParsedCompanyRecord ParseOldCompanyRecord(std::string_view bytes) {
   FieldReader in(bytes);
   r.current_year_end = ParseDateField(in.Next());
   r.months_in_year = static_cast<int>(ToLong(in.Next()));
-  r.name = in.Text(kCompanyNameWidth);
-  r.ein = in.Text(kEinWidth);
-  r.last_closed = ParseDateField(in.Next());
-  ParseSchedulesField(in.Next(), &r);
-  r.sort_order = in.Text(kSortOrderWidth);
-  r.business_category = static_cast<int>(ToLong(in.Next()));
-  r.round_dollars = CharField(in.Next(), 'N') == 'Y';
-  r.mid_quarter_override = CharField(in.Next(), ' ');
-  r.global_loc_cat = CharField(in.Next(), ' ');
-  ReadUserFields(in, &r);
+  ReadSharedFields(in, &r);
   r.misc_codes = in.Text(kMiscCodesWidth);
   return parsed;
 }
@@ -305,16 +305,7 @@ std::string SerializeOldCompanyRecord(const NvCompanyRecord& record,
   out.push_back('\t');
   PutField(&out, DateField(record.current_year_end));
   PutField(&out, LastDigits(record.months_in_year, 2));
-  PutField(&out, FitText(record.name, kCompanyNameWidth));
-  PutField(&out, FitText(record.ein, kEinWidth));
-  PutField(&out, DateField(record.last_closed));
-  PutField(&out, FormatSchedulesField(record));
-  PutField(&out, FitText(record.sort_order, kSortOrderWidth));
-  PutField(&out, LastDigits(record.business_category, 1));
-  PutField(&out, record.round_dollars ? "Y" : "N");
-  PutField(&out, CharText(record.mid_quarter_override));
-  PutField(&out, CharText(record.global_loc_cat));
-  WriteUserFields(&out, record);
+  WriteSharedFields(&out, record);
   PutField(&out, FitText(record.misc_codes, kMiscCodesWidth));
   return out;
 }

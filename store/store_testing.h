@@ -15,6 +15,15 @@
 
 #include "base/temp_dir_testing.h"
 
+// Defined in builds with the address sanitizer, where long runs are cut shorter.
+#if defined(__SANITIZE_ADDRESS__)
+#define NV_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define NV_SANITIZED 1
+#endif
+#endif
+
 namespace nv::testing {
 
 using Bytes = std::vector<uint8_t>;

@@ -89,6 +89,17 @@ bool OpenCompany(NvCompany& company, const std::string& number, int flags, std::
   return false;
 }
 
+// An existing company, read-only with both indexes; on failure says why on err.
+bool OpenForReading(const InstallationContext& ctx, NvCompany& company, const std::string& number,
+                    std::ostream& err) {
+  if (!CompanyExists(ctx, number)) {
+    err << "nvtool: no company " << AsciiUpper(number) << " in " << ctx.data_directory() << "\n";
+    return false;
+  }
+  return OpenCompany(company, number,
+                     NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, err);
+}
+
 std::optional<nlohmann::ordered_json> CompanyDocument(NvCompany& company, std::ostream& err) {
   nlohmann::ordered_json doc;
   doc["company"] = CompanyToJson(company.record());
@@ -146,15 +157,8 @@ void PrintText(const nlohmann::ordered_json& doc, std::ostream& out) {
 
 int Check(const InstallationContext& ctx, const std::string& number, std::ostream& out,
           std::ostream& err) {
-  if (!CompanyExists(ctx, number)) {
-    err << "nvtool: no company " << AsciiUpper(number) << " in " << ctx.data_directory() << "\n";
-    return 1;
-  }
   NvCompany company(ctx);
-  if (!OpenCompany(company, number, NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly,
-                   err)) {
-    return 1;
-  }
+  if (!OpenForReading(ctx, company, number, err)) return 1;
   CompanyCheck check = CheckCompany(company);
   for (const std::string& problem : check.problems) out << problem << "\n";
   out << "company " << company.number() << ": " << check.assets << " assets, "
@@ -166,15 +170,8 @@ int Check(const InstallationContext& ctx, const std::string& number, std::ostrea
 
 int Dump(const InstallationContext& ctx, const std::string& number, bool json, std::ostream& out,
          std::ostream& err) {
-  if (!CompanyExists(ctx, number)) {
-    err << "nvtool: no company " << AsciiUpper(number) << " in " << ctx.data_directory() << "\n";
-    return 1;
-  }
   NvCompany company(ctx);
-  if (!OpenCompany(company, number, NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly,
-                   err)) {
-    return 1;
-  }
+  if (!OpenForReading(ctx, company, number, err)) return 1;
   std::optional<nlohmann::ordered_json> doc = CompanyDocument(company, err);
   if (!doc) return 1;
   if (json) {
