@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-#include "fuzz/fuzz_temp_folder.h"
+#include "fuzz/fuzz_scratch.h"
 #include "store/note_file.h"
 
 namespace {
@@ -17,7 +17,6 @@ constexpr uint32_t kKeySizes[] = {9, 14, 4, 24};
 const char* const kKeys[] = {"   123.01", "A1", "100", "99", "ZZZZ", ""};
 
 // Kept for the whole run: the exit handler removes the folder made from it.
-char g_folder[] = "/tmp/nv_note_file_fuzz_XXXXXX";
 
 bool WriteBytes(const std::string& path, const uint8_t* data, size_t size) {
   FILE* f = std::fopen(path.c_str(), "wb");
@@ -47,8 +46,8 @@ void Edit(nv::NoteFile& file, size_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;
   const uint32_t key_size = kKeySizes[data[0] % 4];
-  const std::string path = std::string(nv::fuzz::TempFolder(g_folder)) + "/fuzz.NOT";
-  const std::string copy = std::string(nv::fuzz::TempFolder(g_folder)) + "/copy.NOT";
+  const std::string path = nv::fuzzing::ScratchFolder("note_file") + "fuzz.NOT";
+  const std::string copy = nv::fuzzing::ScratchFolder("note_file") + "copy.NOT";
   if (WriteBytes(path, data + 1, size - 1) && WriteBytes(copy, data + 1, size - 1)) {
     nv::NoteFile file(path, key_size);
     nv::NoteList list;

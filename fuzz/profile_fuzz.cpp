@@ -15,7 +15,7 @@
 #include "base/file_util.h"
 #include "base/profile.h"
 #include "base/profile_text.h"
-#include "fuzz/fuzz_temp_folder.h"
+#include "fuzz/fuzz_scratch.h"
 
 namespace {
 
@@ -38,7 +38,6 @@ std::map<std::string, std::string> Snapshot(const nv::ProfileText& text) {
 }
 
 // Kept for the whole run: the exit handler removes the folder made from it.
-char g_folder[] = "/tmp/nv_profile_fuzz_XXXXXX";
 
 }  // namespace
 
@@ -67,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Check(!removed.Find(target, "FuzzKey").has_value());
 
   // The same through a file on disk.
-  std::string file = std::string(nv::fuzz::TempFolder(g_folder)) + "/fuzz.ini";
+  std::string file = nv::fuzzing::ScratchFolder("profile") + "fuzz.ini";
   if (!nv::WriteFileAtomically(file, bytes)) return 0;
   for (const std::string& section : nv::ListProfileSections(file)) {
     for (const std::string& key : nv::ListProfileKeys(file, section)) {
