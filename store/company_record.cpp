@@ -115,7 +115,9 @@ NvAssetNoFormat ParseFormatField(std::string_view field) {
   format.main_length = values[0];
   format.subasset_length = values[1];
   format.flags = values[2];
-  return format;
+  // Lengths out of range (a damaged record) are held to what a number can have, so that
+  // the keys, the key lengths and the record agree wherever the format is used.
+  return format.Normalized();
 }
 
 void ReadUserFields(FieldReader& in, NvCompanyRecord* record) {

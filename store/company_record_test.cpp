@@ -168,3 +168,16 @@ TEST(CompanyRecordTest, YearEndCorrectionAndMonths) {
 
 }  // namespace
 }  // namespace nv
+
+namespace nv {
+namespace {
+
+TEST(CompanyRecordTest, FormatLengthsOutOfRangeAreHeldToTheirLimits) {
+  std::string bytes = kCounters + "v4.1.141/4.1\tf0/320/3\t";
+  EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, (NvAssetNoFormat{1, 3, 3}));
+  bytes = kCounters + "v4.1.141/4.1\tf44/-2\t";
+  EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, (NvAssetNoFormat{10, 1, 0}));
+}
+
+}  // namespace
+}  // namespace nv
