@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -18,6 +19,7 @@
 #include "gui/help_viewer.h"
 #include "gui/modal_driver_testing.h"
 #include "gui/progress_window.h"
+#include "gui/text_entry_dialog.h"
 
 Q_DECLARE_METATYPE(nv::Answer)
 Q_DECLARE_METATYPE(nv::DefaultButton)
@@ -209,6 +211,31 @@ class QtUiTest : public QObject {
     QCOMPARE(title, QStringLiteral("Select PC/FAS File"));
     QCOMPARE(filters, QStringList({"PC/FAS files (*.dat *.DAT)", "All files (*)"}));
     QCOMPARE(ui.ChooseFile(request), std::nullopt);
+  }
+
+  void TextEntryTakesOnlyAllowedCharactersInUpperCase() {
+    QtUi ui("");
+    TextEntryRequest request;
+    request.title = "Enter New Company Number";
+    request.prompt = "Company Number:";
+    request.allowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890&#$@";
+    request.upper_case = true;
+    request.max_length = 8;
+    QString title, prompt;
+    ModalDriver driver;
+    driver.Then([&](QWidget* modal) {
+      title = modal->windowTitle();
+      prompt = modal->findChild<QLabel*>()->text();
+      auto* field = modal->findChild<QLineEdit*>();
+      // A blank, "." and "-" are refused while typing; lower case becomes upper case.
+      QTest::keyClicks(field, "ab c.1-2&#$@xyz");
+      qobject_cast<QDialog*>(modal)->accept();
+    });
+    driver.Then([](QWidget* modal) { qobject_cast<QDialog*>(modal)->reject(); });
+    QCOMPARE(ui.EnterText(request), std::optional<std::string>("ABC12&#$"));
+    QCOMPARE(title, QStringLiteral("Enter New Company Number"));
+    QCOMPARE(prompt, QStringLiteral("Company Number:"));
+    QCOMPARE(ui.EnterText(request), std::nullopt);
   }
 
   void NoteShowsTextReadOnly() {
