@@ -266,7 +266,7 @@ int NvCompany::WriteCompanyRecord() {
                                  blocks_.free_count()};
   std::string bytes = SerializeCompanyRecord(record_, before);
   const uint8_t marker =
-      record_.asset_no_format.IsLong() ? kMarkerCompanyLong : kMarkerCompanyShort;
+      record_.asset_no_format.NeedsRecordFields() ? kMarkerCompanyLong : kMarkerCompanyShort;
   uint32_t first = 0;
   int rc =
       WriteChain(blocks_, std::span(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()),

@@ -229,7 +229,7 @@ std::string SerializeCompanyRecord(const NvCompanyRecord& record,
   PutU32(&out, counters.free_count);
   out.push_back('\t');
   const NvAssetNoFormat& format = record.asset_no_format;
-  if (format.IsLong()) {
+  if (format.NeedsRecordFields()) {
     PutField(&out, std::string("v") + kRecordVersionText);
     PutField(&out,
              StrPrintf("f%d/%d/%d", format.main_length, format.subasset_length, format.flags));

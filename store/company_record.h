@@ -5,8 +5,8 @@
 //   #   FIELD                       FORM ON DISK
 //   1   block file counters         u32 highest record, u32 free head, u32 free count
 //   2   separator                   one tab
-//   3   version                     "v4.1.141/4.1"; only with the long asset-number format
-//   4   asset number format         "f%d/%d/%d" main length, subasset length, flags; long only
+//   3   version                     "v4.1.141/4.1"; not with the short format 6, 2, 0
+//   4   asset number format         "f%d/%d/%d" main length, subasset length, flags; the same
 //   5   Current Year End            "%2.2d%2.2d%4.4d" (month, day, year) or empty
 //   6   months in current year      decimal, last 2 digits
 //   7   reserved text               25
@@ -30,9 +30,9 @@
 //   23  reserved amounts            "0", "0"
 //
 // Texts are written trimmed; a text longer than its width keeps its last width characters,
-// a number longer than its width its last digits. The first block carries marker 0xE5 with
-// the long format and 0xE3 with the short one; every block of the company record has 145 in
-// its block-length field.
+// a number longer than its width its last digits. The first block carries marker 0xE5 when
+// fields 3 and 4 are there and 0xE3 with the short format; every block of the company record has
+// 145 in its block-length field.
 //
 // Records of the old layout (first block marker 0xE0, 142 data bytes a block) are read and
 // always written back in the current layout; their field list is given in
@@ -132,8 +132,8 @@ std::string FormatSchedulesField(const NvCompanyRecord& record);
 // Fills schedule_letters and schedules from the field; entries without a letter are dropped.
 void ParseSchedulesField(std::string_view field, NvCompanyRecord* record);
 
-// The current layout's bytes of a record; version and format fields only with the long
-// asset-number format, the version always the program's own.
+// The current layout's bytes of a record; version and format fields unless the format is
+// the short one (NvAssetNoFormat::NeedsRecordFields), the version always the program's own.
 std::string SerializeCompanyRecord(const NvCompanyRecord& record,
                                    const BlockFileCounters& counters);
 

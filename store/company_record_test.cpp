@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/str_format.h"
+
 namespace nv {
 namespace {
 
@@ -177,6 +179,25 @@ TEST(CompanyRecordTest, FormatLengthsOutOfRangeAreHeldToTheirLimits) {
   EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, (NvAssetNoFormat{1, 3, 3}));
   bytes = kCounters + "v4.1.141/4.1\tf44/-2\t";
   EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, (NvAssetNoFormat{10, 1, 0}));
+}
+
+}  // namespace
+}  // namespace nv
+
+namespace nv {
+namespace {
+
+// Formats that are not "long" but are not the short 6, 2, 0 either keep their format
+// fields, or the next read would make them 6, 2, 0.
+TEST(CompanyRecordTest, ShorterOrDashedFormatsKeepTheirFormatField) {
+  for (NvAssetNoFormat format : {NvAssetNoFormat{4, 2, 0}, NvAssetNoFormat{6, 2, 2}}) {
+    NvCompanyRecord r = SampleRecord();
+    r.asset_no_format = format;
+    std::string bytes = SerializeCompanyRecord(r, {});
+    EXPECT_NE(bytes.find(StrPrintf("\tv4.1.141/4.1\tf%d/2/%d\t", format.main_length, format.flags)),
+              std::string::npos);
+    EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, format);
+  }
 }
 
 }  // namespace
