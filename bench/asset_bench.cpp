@@ -19,12 +19,12 @@
 #include <vector>
 
 #include "bench/bench_folder.h"
-#include "store/asset_keys.h"
-#include "store/asset_record.h"
-#include "store/asset_testing.h"
-#include "store/company.h"
-#include "store/key_compare.h"
-#include "store/status.h"
+#include "store/asset/asset_keys.h"
+#include "store/asset/asset_record.h"
+#include "store/asset/asset_testing.h"
+#include "store/company/company.h"
+#include "store/file/key_compare.h"
+#include "store/file/status.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {

@@ -20,9 +20,9 @@
 #include <vector>
 
 #include "bench/bench_folder.h"
-#include "store/btree_file.h"
-#include "store/key_compare.h"
-#include "store/status.h"
+#include "store/file/btree_file.h"
+#include "store/file/key_compare.h"
+#include "store/file/status.h"
 
 namespace nv {
 namespace {

@@ -9,8 +9,8 @@
 #include "base/compare_codes.h"
 #include "base/installation_context.h"
 #include "fuzz/scratch_company.h"
-#include "store/account_groups.h"
-#include "store/company.h"
+#include "store/codes/account_groups.h"
+#include "store/company/company.h"
 
 using nv::fuzz::Check;
 

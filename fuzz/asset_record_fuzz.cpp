@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "store/asset_keys.h"
-#include "store/asset_record.h"
-#include "store/key_compare.h"
+#include "store/asset/asset_keys.h"
+#include "store/asset/asset_record.h"
+#include "store/file/key_compare.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 
 #include <unistd.h>
 
-#include "store/btree_file.h"
-#include "store/status.h"
-#include "store/structure_check.h"
+#include "store/file/btree_file.h"
+#include "store/file/status.h"
+#include "store/file/structure_check.h"
 
 namespace {
 

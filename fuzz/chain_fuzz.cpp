@@ -9,9 +9,9 @@
 #include <unistd.h>
 
 #include "base/coding.h"
-#include "store/block_chain.h"
-#include "store/rec_file.h"
-#include "store/structure_check.h"
+#include "store/file/block_chain.h"
+#include "store/file/rec_file.h"
+#include "store/file/structure_check.h"
 
 namespace {
 

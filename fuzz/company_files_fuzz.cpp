@@ -14,9 +14,9 @@
 #include "base/coding.h"
 #include "base/file_util.h"
 #include "fuzz/scratch_company.h"
-#include "store/asset.h"
-#include "store/company_check.h"
-#include "store/status.h"
+#include "store/asset/asset.h"
+#include "store/company/company_check.h"
+#include "store/file/status.h"
 #include "ui/scripted_ui.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "store/company_record.h"
+#include "store/company/company_record.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 
 #include "base/installation_context.h"
 #include "fuzz/scratch_company.h"
-#include "store/company.h"
-#include "store/loc_cat_list.h"
+#include "store/company/company.h"
+#include "store/codes/loc_cat_list.h"
 
 using nv::fuzz::Check;
 

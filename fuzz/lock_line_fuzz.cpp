@@ -12,7 +12,7 @@
 
 #include "base/ascii.h"
 #include "base/str_format.h"
-#include "store/company_lock.h"
+#include "store/company/company_lock.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "fuzz/fuzz_scratch.h"
-#include "store/note_file.h"
+#include "store/notes/note_file.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "store/permissions.h"
+#include "store/company/permissions.h"
 #include "ui/permissions_dialog.h"
 #include "ui/scripted_ui.h"
 

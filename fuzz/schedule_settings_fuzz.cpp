@@ -15,9 +15,9 @@
 #include "base/ascii.h"
 #include "base/profile.h"
 #include "fuzz/fuzz_scratch.h"
-#include "store/accounting_year.h"
-#include "store/company.h"
-#include "store/schedule_definitions.h"
+#include "store/schedule/accounting_year.h"
+#include "store/company/company.h"
+#include "store/schedule/schedule_definitions.h"
 
 namespace {
 

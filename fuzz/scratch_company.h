@@ -12,7 +12,7 @@
 
 #include "base/file_util.h"
 #include "fuzz/fuzz_scratch.h"
-#include "store/company.h"
+#include "store/company/company.h"
 
 namespace nv::fuzz {
 

@@ -11,7 +11,7 @@
 
 #include "base/file_util.h"
 #include "gui/modal_driver_testing.h"
-#include "store/company.h"
+#include "store/company/company.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {

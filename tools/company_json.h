@@ -17,8 +17,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "store/asset.h"
-#include "store/company_record.h"
+#include "store/asset/asset.h"
+#include "store/company/company_record.h"
 
 namespace nv {
 

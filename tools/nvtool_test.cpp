@@ -10,7 +10,7 @@
 
 #include "base/file_util.h"
 #include "base/temp_dir_testing.h"
-#include "store/master_file.h"
+#include "store/company/master_file.h"
 
 namespace nv {
 namespace {

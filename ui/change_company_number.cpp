@@ -11,7 +11,7 @@
 #include "base/comma_text.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
-#include "store/master_file.h"
+#include "store/company/master_file.h"
 
 namespace nv {
 namespace {

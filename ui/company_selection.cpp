@@ -2,8 +2,8 @@
 
 #include "base/ascii.h"
 #include "base/str_format.h"
-#include "store/master_file.h"
-#include "store/permissions.h"
+#include "store/company/master_file.h"
+#include "store/company/permissions.h"
 
 namespace nv {
 

@@ -17,8 +17,8 @@
 
 #include "base/installation_context.h"
 #include "base/ui.h"
-#include "store/company.h"
-#include "store/company_lock.h"
+#include "store/company/company.h"
+#include "store/company/company_lock.h"
 
 namespace nv {
 

@@ -6,9 +6,9 @@
 
 #include "base/file_util.h"
 #include "base/temp_dir_testing.h"
-#include "store/asset_testing.h"
-#include "store/master_file.h"
-#include "store/status.h"
+#include "store/asset/asset_testing.h"
+#include "store/company/master_file.h"
+#include "store/file/status.h"
 #include "ui/change_company_number.h"
 #include "ui/scripted_ui_testing.h"
 

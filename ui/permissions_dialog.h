@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "base/ui.h"
-#include "store/company.h"
-#include "store/permissions.h"
+#include "store/company/company.h"
+#include "store/company/permissions.h"
 
 namespace nv {
 

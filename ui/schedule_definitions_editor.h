@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "base/ui.h"
-#include "store/company.h"
-#include "store/schedule_definitions.h"
+#include "store/company/company.h"
+#include "store/schedule/schedule_definitions.h"
 
 namespace nv {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "store/schedule_testing.h"
+#include "store/schedule/schedule_testing.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {

@@ -1,0 +1,398 @@
+#include "store/company/company.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+#include "base/ascii.h"
+#include "base/coding.h"
+#include "base/comma_text.h"
+#include "base/file_util.h"
+#include "store/file/block_chain.h"
+#include "store/file/key_compare.h"
+#include "store/company/master_file.h"
+#include "store/company/permissions.h"
+#include "store/schedule/schedule_definitions.h"
+#include "store/file/status.h"
+
+namespace nv {
+namespace {
+
+constexpr char kOldLayoutBackupExtension[] = "pre_v3";
+
+constexpr char kOldLayoutQuestion[] =
+    "Opening this company using this version of %s\nwill make it impossible for versions "
+    "prior to version 3.0 to open this company.\n\nWe recommend that you create a backup copy "
+    "of this company's files. \n%s can create a backup copy in folder\n  %s\nWould you like %s "
+    "to create this backup copy?";
+constexpr char kNoBackupQuestion[] =
+    "Are you sure you want to open this company without making a backup copy first?";
+constexpr char kBackupFolderExists[] =
+    "%s cannot create the backup files, because folder\n  %s\nalready exists.  Delete this "
+    "folder or use a different method to backup\nthe company files.";
+constexpr char kBackupFolderFailed[] = "Unable to create folder\n%s";
+constexpr char kBackupCopyFailed[] = "Unable to copy file %s.\nCompany backup aborted.";
+
+std::string WithSeparator(std::string folder) {
+  if (!folder.empty() && folder.back() != '/') folder += '/';
+  return folder;
+}
+
+// Names of the entries of `folder` that are number + "." + anything, ignoring case.
+std::vector<std::string> CompanyEntries(const std::string& folder, std::string_view number) {
+  std::vector<std::string> names;
+  DIR* dir = ::opendir(folder.empty() ? "." : folder.c_str());
+  if (dir == nullptr) return names;
+  const std::string prefix = AsciiUpper(number) + ".";
+  while (struct dirent* entry = ::readdir(dir)) {
+    std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    if (name.size() > prefix.size() && EqualIgnoringCase(name.substr(0, prefix.size()), prefix)) {
+      names.emplace_back(name);
+    }
+  }
+  ::closedir(dir);
+  return names;
+}
+
+bool IsFolder(const std::string& path) {
+  struct stat st;
+  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool CanOpen(const std::string& path, bool read_only) {
+  int fd = ::open(path.c_str(), (read_only ? O_RDONLY : O_RDWR) | O_CLOEXEC);
+  if (fd < 0) return false;
+  ::close(fd);
+  return !IsFolder(path);
+}
+
+bool CopyFileBytes(const std::string& from, const std::string& to) {
+  std::error_code error;
+  return std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing,
+                                    error);
+}
+
+}  // namespace
+
+NvCompany::NvCompany(const InstallationContext& context) : context_(context) {}
+
+NvCompany::~NvCompany() {
+  if (is_open()) Close();
+}
+
+void NvCompany::SetLocation(std::string_view number, std::string folder) {
+  record_.number = AsciiUpper(TrimBlanks(number));
+  if (record_.number.size() > kCompanyNumberLength) record_.number.resize(kCompanyNumberLength);
+  folder_ = WithSeparator(std::move(folder));
+}
+
+std::string NvCompany::FilePath(std::string_view extension) const {
+  std::string name = record_.number;
+  name += '.';
+  name += extension;
+  return PathIgnoringCase(folder_, name);
+}
+
+int NvCompany::Create(const NvMasterRec& entry, int flags) {
+  if (is_open()) CloseFilesWithoutWriting();
+  SetLocation(entry.number, CompanyFolder(context_, entry.number));
+  record_.name = FitText(entry.name, kCompanyNameWidth);
+  if (context_.current.subfolders) MakeDirectories(folder_);  // a failure shows below
+  open_flags_ = flags & ~kReadOnly;
+  old_layout_ = false;
+  record_.schedule_letters.clear();
+  for (const ScheduleEntry& schedule : record_.schedules) {
+    if (schedule.letter != ' ' && schedule.letter != '\0') {
+      record_.schedule_letters += schedule.letter;
+    }
+  }
+  if (!blocks_.Create(FilePath("A"), kBlockLength, NvRecFile::kCurrentLayout)) {
+    return kBlockFileMissing;
+  }
+  const NvAssetNoFormat& format = record_.asset_no_format;
+  if ((flags & kOpenI1) != 0 &&
+      i1_.Create(FilePath("I1"), I1KeyLength(true, format.main_length, format.subasset_length),
+                 kBadHeaderI1) != kOk) {
+    CloseFilesWithoutWriting();
+    return kI1Failed;
+  }
+  if ((flags & kOpenI2) != 0 &&
+      i2_.Create(FilePath("I2"), I2KeyLength(true, record_.sort_order, format.IsLong()),
+                 kBadHeaderI2) != kOk) {
+    CloseFilesWithoutWriting();
+    return kI2Failed;
+  }
+  return Close();
+}
+
+int NvCompany::Open(std::string_view number, int flags, Ui& ui,
+                    const std::string& explicit_folder) {
+  if (is_open()) CloseFilesWithoutWriting();
+  SetLocation(number, explicit_folder.empty() ? CompanyFolder(context_, number) : explicit_folder);
+  open_flags_ = flags;
+  if (int rc = OpenBlockFile(flags); rc != kOk) return rc;
+  if (int rc = ReadCompanyRecord(flags); rc != kOk) {
+    CloseFilesWithoutWriting();
+    return rc;
+  }
+  permission_ = CurrentUserPermission(*this);
+  consolidated_ = IsConsolidatedCompany(*this);
+  if (old_layout_ && !read_only()) {
+    if (int rc = ConfirmOldLayout(ui); rc != kOk) {
+      CloseFilesWithoutWriting();
+      return rc;
+    }
+  }
+  if ((flags & kKeepSchedules) == 0) LoadCustomYears();
+  if (!read_only() && ::access(FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
+    marked_changing_ = true;  // the marker goes when this run closes the company
+    if (int rc = RecoverInterruptedRun(); rc != kOk) {
+      CloseFilesWithoutWriting();
+      return rc;
+    }
+  }
+  if (int rc = OpenIndexes(flags); rc != kOk) {
+    CloseFilesWithoutWriting();
+    return rc;
+  }
+  if ((flags & kLoadLocCat) != 0) {
+    LoadLocCatList(*this, 'L', &locations_);
+    LoadLocCatList(*this, 'C', &categories_);
+  }
+  return 1;
+}
+
+int NvCompany::OpenBlockFile(int flags) {
+  // The block length is fixed; a file that states another in block 0 is damaged.
+  if (!blocks_.Open(FilePath("A"), (flags & kReadOnly) != 0, kBlockLength,
+                    NvRecFile::kCurrentLayout)) {
+    return kBlockFileMissing;
+  }
+  uint8_t head[3];
+  if (!blocks_.ReadRecord(0, head, sizeof head)) {
+    CloseFilesWithoutWriting();
+    return kBlockFileMissing;
+  }
+  const bool current = head[2] == kMarkerCompanyShort || head[2] == kMarkerCompanyLong;
+  const uint16_t stated = DecodeU16(head);
+  if (current && stated > 0 && stated != kBlockLength) {
+    CloseFilesWithoutWriting();
+    return kBadMarker;
+  }
+  return kOk;
+}
+
+// Reads the chain from block 0, at most ten blocks, and parses the record.
+int NvCompany::ReadCompanyRecord(int flags) {
+  uint8_t block[kBlockLength];
+  if (!blocks_.ReadRecord(0, block, kBlockLength)) return kBlockFileMissing;
+  const uint8_t marker = block[2];
+  if (marker != kMarkerCompanyShort && marker != kMarkerCompanyLong && marker != kMarkerOldFirst) {
+    return kBadMarker;
+  }
+  old_layout_ = marker == kMarkerOldFirst;
+  const size_t header = old_layout_ ? kBlockHeaderOld : kBlockHeaderCurrent;
+  std::string bytes;
+  for (size_t count = 1;; ++count) {
+    bytes.append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
+    const uint32_t next = old_layout_ ? DecodeU16(block) : DecodeU32(block + 3);
+    if (next == 0 || count >= kMaxCompanyRecordBlocks) break;
+    if (!blocks_.ReadRecord(next, block, kBlockLength)) {
+      if ((flags & kTolerateShortChain) != 0) break;
+      return kBrokenChain;
+    }
+    if (block[2] != kMarkerContinuation) return kBrokenChain;
+  }
+
+  ParsedCompanyRecord parsed =
+      old_layout_ ? ParseOldCompanyRecord(bytes) : ParseCompanyRecord(bytes);
+  if (parsed.newer_version) return kNewerVersion;
+  parsed.record.number = record_.number;
+  record_ = std::move(parsed.record);
+  CorrectYearEnd(&record_);
+  blocks_.SetCounters(parsed.counters.highest_record, parsed.counters.free_head,
+                      parsed.counters.free_count);
+  return kOk;
+}
+
+int NvCompany::ConfirmOldLayout(Ui& ui) {
+  const std::string backup = Path() + "." + kOldLayoutBackupExtension;
+  const std::string& product = context_.product_name();
+  if (AskYes(ui, DefaultButton::kYes, kOldLayoutQuestion, product.c_str(), product.c_str(),
+             backup.c_str(), product.c_str())) {
+    if (!BackUp(backup, ui)) return kNewerVersion;
+  } else if (!AskYes(ui, DefaultButton::kNo, "%s", kNoBackupQuestion)) {
+    return kNewerVersion;
+  }
+  // From here on the block file is written in the current layout.
+  blocks_.SetLayout(kBlockLength, NvRecFile::kCurrentLayout);
+  return kOk;
+}
+
+int NvCompany::OpenIndexes(int flags) {
+  const bool read_only = (flags & kReadOnly) != 0;
+  const NvAssetNoFormat& format = record_.asset_no_format;
+  auto open_index = [&](NvBTreeFile& index, const char* extension, uint32_t key_current,
+                        uint32_t key_old, int missing_status) {
+    const std::string path = FilePath(extension);
+    // Tell a missing or unreadable file from one with an unknown header.
+    if (!CanOpen(path, read_only)) return missing_status;
+    int rc = index.Open(path, read_only, key_current, key_old, kBadHeaderI1);
+    return rc == kOk ? kOk : kBadHeaderI1;
+  };
+  if ((flags & kOpenI1) != 0) {
+    int rc = open_index(i1_, "I1", I1KeyLength(true, format.main_length, format.subasset_length),
+                        I1KeyLength(false, format.main_length, format.subasset_length), kI1Failed);
+    if (rc != kOk) return rc;
+  }
+  if ((flags & kOpenI2) != 0) {
+    int rc = open_index(i2_, "I2", I2KeyLength(true, record_.sort_order, format.IsLong()),
+                        I2KeyLength(false, record_.sort_order, false), kI2Failed);
+    if (rc != kOk) return rc;
+  }
+  return kOk;
+}
+
+int NvCompany::WriteCompanyRecord() {
+  const BlockFileCounters before{blocks_.highest_record(), blocks_.free_head(),
+                                 blocks_.free_count()};
+  std::string bytes = SerializeCompanyRecord(record_, before);
+  const uint8_t marker =
+      record_.asset_no_format.NeedsRecordFields() ? kMarkerCompanyLong : kMarkerCompanyShort;
+  uint32_t first = 0;
+  int rc =
+      WriteChain(blocks_, std::span(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()),
+                 marker, kCompanyBlockLengthField, &first);
+  if (rc != kOk) return rc;
+  const BlockFileCounters after{blocks_.highest_record(), blocks_.free_head(),
+                                blocks_.free_count()};
+  if (after == before) return kOk;
+  // The chain took or gave back blocks: block 0 must carry the counters as they are now.
+  uint8_t counters[kCountersBytes];
+  EncodeU32(counters, after.highest_record);
+  EncodeU32(counters + 4, after.free_head);
+  EncodeU32(counters + 8, after.free_count);
+  uint8_t block[kBlockLength];
+  if (!blocks_.ReadRecord(0, block, kBlockLength)) return kChainWriteFailed;
+  std::memcpy(block + kBlockHeaderCurrent, counters, sizeof counters);
+  return blocks_.WriteRecord(0, block) ? kOk : kChainWriteFailed;
+}
+
+int NvCompany::Close() {
+  int status = 0;
+  if (is_open() && !read_only()) {
+    if (WriteCompanyRecord() != kOk) status = kCloseBlockFileFailed;
+    SaveCustomYears();
+  }
+  // An index's Close writes its header when it is open for writing.
+  if (i1_.is_open() && i1_.Close() != 0 && status == 0) status = kCloseI1Failed;
+  if (i2_.is_open() && i2_.Close() != 0 && status == 0) status = kCloseI2Failed;
+  if (blocks_.is_open() && blocks_.Close() != 0 && status == 0) status = kCloseBlockFileFailed;
+  if (marked_changing_ && status == 0) std::remove(FilePath(kChangingMarkerExtension).c_str());
+  marked_changing_ = false;
+  return status;
+}
+
+void NvCompany::CloseFilesWithoutWriting() {
+  // Destroying the index objects' files without Close skips their headers.
+  i1_.file().Close();
+  i2_.file().Close();
+  blocks_.Close();
+  marked_changing_ = false;
+}
+
+void NvCompany::LoadCustomYears() {
+  custom_years_.clear();
+  for (char letter : record_.schedule_letters) {
+    if (std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(*this, letter)) {
+      custom_years_.emplace(letter, std::move(*chain));
+    }
+  }
+}
+
+void NvCompany::SaveCustomYears() {
+  for (char letter : record_.schedule_letters) {
+    SaveCustomAccountingYear(*this, letter, CustomYear(letter));
+  }
+}
+
+const AccountingYearChain* NvCompany::CustomYear(char letter) const {
+  auto it = custom_years_.find(letter);
+  return it == custom_years_.end() ? nullptr : &it->second;
+}
+
+bool NvCompany::BackUp(const std::string& backup_folder, Ui& ui) const {
+  const std::string folder = WithSeparator(backup_folder);
+  struct stat st;
+  if (::stat(backup_folder.c_str(), &st) == 0) {
+    MessageF(ui, "Error", kBackupFolderExists, context_.product_name().c_str(),
+             backup_folder.c_str());
+    return false;
+  }
+  if (::mkdir(backup_folder.c_str(), 0777) != 0) {
+    MessageF(ui, "Error", kBackupFolderFailed, backup_folder.c_str());
+    return false;
+  }
+  for (const std::string& name : CompanyEntries(folder_, record_.number)) {
+    const std::string from = folder_ + name;
+    if (IsFolder(from)) continue;
+    std::string_view extension = std::string_view(name).substr(record_.number.size() + 1);
+    if (EqualIgnoringCase(extension, "lok")) continue;
+    if (!CopyFileBytes(from, folder + name)) {
+      MessageF(ui, "Error", kBackupCopyFailed, from.c_str());
+      std::error_code ignored;
+      std::filesystem::remove_all(backup_folder, ignored);
+      return false;
+    }
+  }
+  return true;
+}
+
+std::string CompanyFolder(const InstallationContext& context, std::string_view number) {
+  std::string folder = WithSeparator(context.data_directory());
+  if (!context.current.subfolders) return folder;
+  std::string name = AsciiUpper(TrimBlanks(number));
+  if (name.size() > kCompanyNumberLength) name.resize(kCompanyNumberLength);
+  return WithSeparator(PathIgnoringCase(folder, name + ".CLT"));
+}
+
+bool IsValidCompanyNumber(std::string_view number) {
+  std::string_view trimmed = TrimBlanks(number);
+  if (trimmed.empty() || trimmed.size() > kCompanyNumberLength) return false;
+  return trimmed.find_first_not_of(kCompanyNumberCharacters) == std::string_view::npos;
+}
+
+bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number,
+                        CompanyInUseLock* lock) {
+  const std::string upper = AsciiUpper(TrimBlanks(number));
+  const std::string folder = CompanyFolder(context, upper);
+  if (lock != nullptr && lock->HoldsFileAt(CompanyLockPath(folder, upper))) lock->Release();
+  bool ok = true;
+  for (const std::string& name : CompanyEntries(folder, upper)) {
+    std::error_code error;
+    std::filesystem::remove_all(folder + name, error);
+    if (error) ok = false;
+  }
+  if (context.current.subfolders) {
+    std::error_code error;
+    std::filesystem::remove_all(folder, error);
+    if (error) ok = false;
+  }
+  MasterFile master;
+  if (ReadMasterFile(context.data_directory(), &master) == kMasterFileOk) {
+    std::erase_if(master.companies,
+                  [&](const NvMasterRec& c) { return EqualIgnoringCase(c.number, upper); });
+    if (WriteMasterFile(context.data_directory(), master) != kMasterFileOk) ok = false;
+  }
+  return ok;
+}
+
+}  // namespace nv

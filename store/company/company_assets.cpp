@@ -1,0 +1,319 @@
+// NvCompany's asset operations and the recovery after an interrupted run.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/coding.h"
+#include "store/asset/asset.h"
+#include "store/asset/asset_keys.h"
+#include "store/asset/asset_record.h"
+#include "store/file/block_chain.h"
+#include "store/company/change_log.h"
+#include "store/company/company.h"
+#include "store/file/key_compare.h"
+#include "store/file/status.h"
+
+namespace nv {
+namespace {
+
+std::span<const uint8_t> AsBytes(const std::string& s) {
+  return {reinterpret_cast<const uint8_t*>(s.data()), s.size()};
+}
+
+}  // namespace
+
+AssetRecordFormat NvCompany::RecordFormat() const {
+  return AssetRecordFormat::Of(record_);
+}
+
+void NvCompany::MarkChanging() {
+  if (marked_changing_) return;
+  marked_changing_ = true;
+  int fd = ::open(FilePath(kChangingMarkerExtension).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  if (fd >= 0) ::close(fd);
+}
+
+int NvCompany::AddAsset(NvAsset* asset) {
+  MarkChanging();
+  uint32_t first = 0;
+  const uint32_t highest_before = blocks_.highest_record();
+  if (blocks_.Allocate(&first) != kOk) return kChainWriteFailed;
+  // A failed add leaves nothing behind: a block just appended is simply not taken (freeing
+  // it would leave a piece of a block at the end of the file), one from the free list goes
+  // back on it.
+  auto give_back = [&](int status) {
+    if (first > highest_before && first == blocks_.highest_record()) {
+      blocks_.SetCounters(highest_before, blocks_.free_head(), blocks_.free_count());
+    } else {
+      blocks_.Free(first);
+    }
+    return status;
+  };
+  if (!i1_.is_open()) return give_back(kBadHeaderI1);
+  if (!i2_.is_open()) return give_back(kI2NotOpen);
+  const AssetRecordFormat format = RecordFormat();
+  asset->number = asset->number.InFormat(format.asset_no_format);
+  if (!asset->number.valid()) return give_back(kInvalidAsset);
+
+  const std::string number_key = AssetNumberKey(*asset, format);
+  const std::string sort_key = AssetSortKey(*asset, format);
+  uint32_t node = 0;
+  if (int rc = i1_.Insert(number_key, first, "", &node); rc != kOk) return give_back(rc);
+  if (int rc = i2_.Insert(sort_key, first, record_.sort_order, &node); rc != kOk) {
+    // No key may point at a block that is free again.
+    i1_.Delete(number_key, "");
+    return give_back(rc);
+  }
+  const std::string bytes = SerializeAssetRecord(*asset, format);
+  uint32_t chain = first;
+  if (WriteChain(blocks_, AsBytes(bytes), kMarkerAssetFirst, kAssetBlockLengthField, &chain,
+                 /*first_is_new=*/true) != kOk) {
+    i2_.Delete(sort_key, record_.sort_order);
+    i1_.Delete(number_key, "");
+    FreeAssetChain(first);
+    return kChainWriteFailed;
+  }
+  asset->record_number = first;
+  asset->stored_number_key = number_key;
+  asset->stored_sort_key = sort_key;
+  return kOk;
+}
+
+int NvCompany::ReplaceAsset(NvAsset* asset) {
+  if (asset->record_number == 0) return kInvalidAsset;
+  if (!i1_.is_open()) return kBadHeaderI1;
+  if (!i2_.is_open()) return kI2NotOpen;
+  MarkChanging();
+  const AssetRecordFormat format = RecordFormat();
+  asset->number = asset->number.InFormat(format.asset_no_format);
+  if (!asset->number.valid()) return kInvalidAsset;
+  const std::string number_key = AssetNumberKey(*asset, format);
+  const std::string sort_key = AssetSortKey(*asset, format);
+  uint32_t node = 0;
+  if (number_key != asset->stored_number_key) {
+    // Insert the new key first, so that a duplicate number leaves the asset as it was.
+    if (int rc = i1_.Insert(number_key, asset->record_number, "", &node); rc != kOk) return rc;
+    if (i1_.Delete(asset->stored_number_key, "") != kOk) {
+      i1_.Delete(number_key, "");
+      return kNumberKeyFailed;
+    }
+    asset->stored_number_key = number_key;
+  }
+  if (sort_key != asset->stored_sort_key) {
+    if (int rc = i2_.Insert(sort_key, asset->record_number, record_.sort_order, &node); rc != kOk) {
+      return rc;
+    }
+    if (i2_.Delete(asset->stored_sort_key, record_.sort_order) != kOk) {
+      i2_.Delete(sort_key, record_.sort_order);
+      return kSortKeyFailed;
+    }
+    asset->stored_sort_key = sort_key;
+  }
+  const std::string bytes = SerializeAssetRecord(*asset, format);
+  uint32_t chain = asset->record_number;
+  return WriteChain(blocks_, AsBytes(bytes), kMarkerAssetFirst, kAssetBlockLengthField, &chain) ==
+                 kOk
+             ? kOk
+             : kChainWriteFailed;
+}
+
+int NvCompany::DeleteAsset(const NvAsset& asset, std::string_view log_tag) {
+  if (asset.record_number == 0) return kInvalidAsset;
+  MarkChanging();
+  const AssetRecordFormat format = RecordFormat();
+  std::string number_key =
+      asset.stored_number_key.empty() ? AssetNumberKey(asset, format) : asset.stored_number_key;
+  std::string sort_key =
+      asset.stored_sort_key.empty() ? AssetSortKey(asset, format) : asset.stored_sort_key;
+  if (!i1_.is_open() || i1_.Delete(number_key, "") != kOk) return kNumberKeyFailed;
+  if (!i2_.is_open() || i2_.Delete(sort_key, record_.sort_order) != kOk) return kSortKeyFailed;
+  if (int rc = FreeAssetChain(asset.record_number); rc != kOk) return rc;
+  LogIf(kLogAllMask, *this, asset.number.DisplayText(),
+        log_tag.empty() ? kTagAssetDeleted : log_tag, "Asset deleted");
+  return kOk;
+}
+
+// Frees every block of a chain: the first block must be an asset's (0xE4 with a 32-bit
+// next, or 0xE0 / 0xE2 with a 16-bit one), later blocks continuations.
+int NvCompany::FreeAssetChain(uint32_t first_block) {
+  uint32_t block = first_block;
+  const uint64_t limit = blocks_.RecordsInFile();
+  bool old = false;
+  for (uint64_t count = 0; block != 0; ++count) {
+    if (count > limit) return kBrokenChain;
+    uint8_t head[kBlockHeaderCurrent];
+    if (!blocks_.ReadRecord(block, head, sizeof head)) return kBrokenChain;
+    const uint8_t marker = head[2];
+    if (count == 0) {
+      if (marker != kMarkerAssetFirst && !IsOldLayoutMarker(marker)) return kBadMarker;
+      old = IsOldLayoutMarker(marker);
+    } else if (marker != kMarkerContinuation) {
+      return kBadMarker;
+    }
+    const uint32_t next = old ? DecodeU16(head) : DecodeU32(head + 3);
+    if (int rc = blocks_.Free(block); rc != kOk) return rc;
+    block = next;
+  }
+  return kOk;
+}
+
+int NvCompany::FindAsset(std::string_view number, NvAsset* asset) {
+  const AssetRecordFormat format = RecordFormat();
+  NvAssetNo parsed = NvAssetNo::Parse(number, format.asset_no_format);
+  if (!parsed.valid()) return kNumberKeyFailed;
+  if (!i1_.is_open()) return kBadHeaderI1;
+  uint32_t record = 0;
+  if (int rc = i1_.Find(parsed.Key(), "", &record); rc != kOk) return rc;
+  return ReadAsset(record, asset);
+}
+
+int NvCompany::ReadAsset(uint32_t record, NvAsset* asset) {
+  std::string bytes;
+  uint8_t marker = 0;
+  if (record == 0 || record > blocks_.highest_record()) return kOutOfRange;
+  if (int rc = ReadChain(blocks_, record, 0, &bytes, &marker); rc != kOk) return rc;
+  if (marker != kMarkerAssetFirst && !IsOldLayoutMarker(marker)) return kBadMarker;
+  const AssetRecordFormat format = RecordFormat();
+  ParseAssetRecord(bytes, format, asset);
+  asset->record_number = record;
+  asset->stored_number_key = AssetNumberKey(*asset, format);
+  asset->stored_sort_key = AssetSortKey(*asset, format);
+  return kOk;
+}
+
+void NvCompany::ResetAssetWalk() {
+  i1_.ClearPath();
+  i2_.ClearPath();
+}
+
+int NvCompany::Step(AssetOrder order, bool forward, NvAsset* asset) {
+  NvBTreeFile& index = order == AssetOrder::kNumber ? i1_ : i2_;
+  if (!index.is_open()) return order == AssetOrder::kNumber ? kBadHeaderI1 : kI2NotOpen;
+  uint32_t record = 0;
+  int rc = forward ? index.Next(&record) : index.Previous(&record);
+  if (rc != kOk) return rc;
+  if (record == 0) {
+    asset->record_number = 0;
+    return kOk;
+  }
+  if (int read = ReadAsset(record, asset); read != kOk) return read;
+  // The key the index holds is the one to replace or delete later.
+  std::string key = index.current_key();
+  if (order == AssetOrder::kNumber) {
+    asset->stored_number_key = std::move(key);
+  } else {
+    asset->stored_sort_key = std::move(key);
+  }
+  return kOk;
+}
+
+int NvCompany::NextAsset(AssetOrder order, NvAsset* asset) {
+  return Step(order, true, asset);
+}
+
+int NvCompany::PreviousAsset(AssetOrder order, NvAsset* asset) {
+  return Step(order, false, asset);
+}
+
+// After a run died halfway the block file's counters and the indexes may be behind the
+// blocks: an add's blocks are written before the counters, and a split of an index node is
+// three writes. The asset chains themselves are whole for every add that returned, so the
+// free list and both indexes are built again from them:
+//   1. every block the file holds counts, the company record's chain is kept;
+//   2. each block with an asset's first-block marker whose chain reads whole, uses no block
+//      of another chain and whose number is new gets its keys in fresh indexes;
+//   3. every other block goes on the free list.
+// A chain whose add had not returned may thereby come back whole; a chain cut short by the
+// end of the run is dropped.
+int NvCompany::RecoverInterruptedRun() {
+  const uint64_t in_file = blocks_.RecordsInFile();
+  if (in_file == 0) return kBlockFileMissing;
+  const uint32_t highest = static_cast<uint32_t>(std::min<uint64_t>(in_file - 1, UINT32_MAX - 1));
+  blocks_.SetCounters(highest, 0, 0);
+  std::vector<bool> used(static_cast<size_t>(highest) + 1, false);
+
+  // Follows an asset's chain from its first block; false when it is broken, too long for
+  // an asset or meets a block of another chain.
+  constexpr size_t kMaxAssetBlocks = 4096;
+  auto claim_chain = [&](uint32_t first, std::string* bytes, std::vector<uint32_t>* blocks) {
+    bytes->clear();
+    blocks->clear();
+    uint8_t block[kBlockLength];
+    uint32_t at = first;
+    bool old = false;
+    while (at != 0) {
+      if (at > highest || used[at] || blocks->size() >= kMaxAssetBlocks) return false;
+      for (uint32_t b : *blocks) {
+        if (b == at) return false;
+      }
+      if (!blocks_.ReadRecord(at, block, kBlockLength)) return false;
+      if (blocks->empty()) {
+        old = IsOldLayoutMarker(block[2]);
+      } else if (block[2] != kMarkerContinuation) {
+        return false;
+      }
+      blocks->push_back(at);
+      const size_t header = old ? kBlockHeaderOld : kBlockHeaderCurrent;
+      bytes->append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
+      at = old ? DecodeU16(block) : DecodeU32(block + 3);
+    }
+    for (uint32_t b : *blocks) used[b] = true;
+    return true;
+  };
+
+  // The company record's chain: block 0 and its continuations.
+  used[0] = true;
+  uint8_t head[kBlockHeaderCurrent];
+  uint32_t at = 0;
+  for (size_t count = 0; count <= highest; ++count) {
+    if (!blocks_.ReadRecord(at, head, sizeof head)) break;
+    if (count > 0 && head[2] != kMarkerContinuation) break;
+    used[at] = true;
+    at = old_layout_ ? DecodeU16(head) : DecodeU32(head + 3);
+    if (at == 0 || at > highest || used[at]) break;
+  }
+
+  std::string bytes;
+  std::vector<uint32_t> chain;
+  const AssetRecordFormat format = RecordFormat();
+  const NvAssetNoFormat& f = format.asset_no_format;
+  NvBTreeFile i1, i2;
+  if (i1.Create(FilePath("I1"), I1KeyLength(true, f.main_length, f.subasset_length),
+                kBadHeaderI1) != kOk) {
+    return kI1Failed;
+  }
+  if (i2.Create(FilePath("I2"), I2KeyLength(true, record_.sort_order, f.IsLong()), kI2NotOpen) !=
+      kOk) {
+    return kI2Failed;
+  }
+  for (uint32_t b = 1; b <= highest; ++b) {
+    if (used[b] || !blocks_.ReadRecord(b, head, sizeof head)) continue;
+    if (head[2] != kMarkerAssetFirst && head[2] != kMarkerOldAssetFirst) continue;
+    if (!claim_chain(b, &bytes, &chain)) continue;
+    NvAsset asset;
+    ParseAssetRecord(bytes, format, &asset);
+    const std::string number_key = AssetNumberKey(asset, format);
+    uint32_t node = 0;
+    bool keyed = !asset.number.empty() && i1.Insert(number_key, b, "", &node) == kOk;
+    if (keyed && i2.Insert(AssetSortKey(asset, format), b, record_.sort_order, &node) != kOk) {
+      i1.Delete(number_key, "");
+      keyed = false;
+    }
+    if (!keyed) {
+      for (uint32_t c : chain) used[c] = false;
+    }
+  }
+  if (i1.Close() != 0) return kI1Failed;
+  if (i2.Close() != 0) return kI2Failed;
+  // Highest first, so that the list hands out low blocks first.
+  for (uint32_t b = highest; b >= 1; --b) {
+    if (!used[b] && blocks_.Free(b) != kOk) return kFreeWriteFailed;
+  }
+  return WriteCompanyRecord();
+}
+
+}  // namespace nv

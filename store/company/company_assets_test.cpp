@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "store/asset/asset_keys.h"
+#include "store/asset/asset_record.h"
+#include "store/asset/asset_testing.h"
+#include "store/company/company_check.h"
+#include "store/file/status.h"
+#include "store/store_testing.h"
+#include "ui/scripted_ui_testing.h"
+
+namespace nv {
+namespace {
+
+using testing::MakeAsset;
+
+class CompanyAssetsTest : public ::testing::Test {
+ protected:
+  CompanyAssetsTest() : ctx_(testing::ContextFor(dir_.path())), company_(ctx_) {
+    company_.record() = testing::TwoBookCompany();
+    company_.record().logging_flags = kLoggingPartial;
+    EXPECT_EQ(company_.Create({"ACME", "Acme"}, NvCompany::kOpenI1 | NvCompany::kOpenI2), 0);
+    EXPECT_EQ(company_.Open("ACME", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui_), 1);
+  }
+  uint64_t Size(const char* ext) { return std::filesystem::file_size(company_.FilePath(ext)); }
+  std::vector<std::string> Check() {
+    EXPECT_EQ(company_.Close(), 0);
+    EXPECT_EQ(company_.Open("ACME", 3 | NvCompany::kReadOnly, *ui_), 1);
+    return CheckCompany(company_).problems;
+  }
+
+  testing::TempDir dir_;
+  InstallationContext ctx_;
+  std::unique_ptr<ScriptedUi> ui_ = testing::Script("");
+  NvCompany company_;
+};
+
+TEST_F(CompanyAssetsTest, RefusedAddsLeaveNothingBehind) {
+  NvAsset first = MakeAsset(company_.record(), 100);
+  ASSERT_EQ(company_.AddAsset(&first), kOk);
+  const uint64_t a = Size("A"), i1 = Size("I1"), i2 = Size("I2");
+  const uint32_t highest = company_.blocks().highest_record();
+
+  NvAsset again = MakeAsset(company_.record(), 100, 7);
+  EXPECT_EQ(company_.AddAsset(&again), kDuplicate);
+  NvAsset invalid = MakeAsset(company_.record(), 100);
+  invalid.number = NvAssetNo::Parse("123456789", company_.record().asset_no_format);
+  EXPECT_EQ(company_.AddAsset(&invalid), kInvalidAsset);
+  EXPECT_EQ(company_.blocks().highest_record(), highest);
+  EXPECT_EQ(company_.blocks().free_count(), 0u);
+  EXPECT_EQ(Size("A"), a);
+  EXPECT_EQ(Size("I1"), i1);
+  EXPECT_EQ(Size("I2"), i2);
+
+  // A sort key already taken (a damaged .I2): the new .I1 key is taken back out.
+  NvAsset clash = MakeAsset(company_.record(), 200);
+  const std::string sort_key = AssetSortKey(clash, company_.RecordFormat());
+  uint32_t node = 0;
+  ASSERT_EQ(company_.sort_index().Insert(sort_key, first.record_number, "ACL", &node), kOk);
+  EXPECT_EQ(company_.AddAsset(&clash), kDuplicate);
+  NvAsset found;
+  EXPECT_EQ(company_.FindAsset(clash.number.Text(), &found), kNotFound);
+  ASSERT_EQ(company_.sort_index().Delete(sort_key, "ACL"), kOk);
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+}
+
+TEST_F(CompanyAssetsTest, FindReplaceAndDeleteWithTheirStatusCodes) {
+  NvAsset asset = MakeAsset(company_.record(), 100);
+  ASSERT_EQ(company_.AddAsset(&asset), kOk);
+  NvAsset found;
+  EXPECT_EQ(company_.FindAsset("12A", &found), kNumberKeyFailed);
+  EXPECT_EQ(company_.FindAsset("99.1", &found), kNotFound);
+  ASSERT_EQ(company_.FindAsset(asset.number.Text(), &found), kOk);
+  EXPECT_EQ(found.description, asset.description);
+  EXPECT_EQ(found.record_number, asset.record_number);
+
+  NvAsset unread = MakeAsset(company_.record(), 300);
+  EXPECT_EQ(company_.ReplaceAsset(&unread), kInvalidAsset);
+  EXPECT_EQ(company_.DeleteAsset(unread), kInvalidAsset);
+
+  // A longer record grows its chain in place; the number changes too.
+  found.description = std::string(30, 'D');
+  for (std::string& field : found.user_fields) field = std::string(20, 'u');
+  found.number = NvAssetNo::Parse("555.3", company_.record().asset_no_format);
+  ASSERT_EQ(company_.ReplaceAsset(&found), kOk);
+  NvAsset moved;
+  EXPECT_EQ(company_.FindAsset(asset.number.Text(), &moved), kNotFound);
+  ASSERT_EQ(company_.FindAsset("555.3", &moved), kOk);
+  EXPECT_EQ(moved.user_fields[9], std::string(20, 'u'));
+  EXPECT_EQ(moved.record_number, asset.record_number);
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+
+  ASSERT_EQ(company_.Open("ACME", 3, *ui_), 1);
+  ASSERT_EQ(company_.FindAsset("555.3", &moved), kOk);
+  ASSERT_EQ(company_.DeleteAsset(moved), kOk);
+  EXPECT_EQ(company_.FindAsset("555.3", &moved), kNotFound);
+  std::string log = testing::ReadText(company_.FilePath("LOG"));
+  // User TESTER, tag "DEL ", "Ast" and the number right-aligned in 14, then the text.
+  EXPECT_NE(log.find("     TESTER v4.1.141    DEL  Ast        555.003 Asset deleted\r\n"),
+            std::string::npos)
+      << log;
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+  // Every block but the company record's second one is free again.
+  EXPECT_EQ(company_.blocks().free_count(), company_.blocks().highest_record() - 1);
+}
+
+TEST_F(CompanyAssetsTest, WalksInBothOrders) {
+  // Sort order "ACL": the account comes first, so sort order differs from number order.
+  for (long n : {5, 3, 9, 1}) {
+    NvAsset asset = MakeAsset(company_.record(), n * 7, static_cast<int>(10 - n));
+    ASSERT_EQ(company_.AddAsset(&asset), kOk);
+  }
+  auto walk = [&](AssetOrder order, bool forward) {
+    std::string seen;
+    company_.ResetAssetWalk();
+    NvAsset a;
+    while ((forward ? company_.NextAsset(order, &a) : company_.PreviousAsset(order, &a)) == kOk &&
+           a.record_number != 0) {
+      seen += a.number.Text().substr(0, 8) + ";";
+    }
+    return seen;
+  };
+  EXPECT_EQ(walk(AssetOrder::kNumber, true), "       1;       3;       5;       9;");
+  EXPECT_EQ(walk(AssetOrder::kNumber, false), "       9;       5;       3;       1;");
+  // Accounts 1500 + variant % 5: variants 9, 7, 5, 1 give 1504, 1502, 1500, 1501.
+  EXPECT_EQ(walk(AssetOrder::kSort, true), "       5;       9;       3;       1;");
+}
+
+TEST_F(CompanyAssetsTest, InterruptedRunIsRepairedOnTheNextOpen) {
+  for (long n = 1; n <= 50; ++n) {
+    NvAsset asset = MakeAsset(company_.record(), n);
+    ASSERT_EQ(company_.AddAsset(&asset), kOk);
+  }
+  // The run dies: nothing is closed, the marker stays, the counters on disk are stale.
+  const std::string marker = company_.FilePath(kChangingMarkerExtension);
+  EXPECT_TRUE(std::filesystem::exists(marker));
+  std::filesystem::copy_file(company_.FilePath("A"), dir_.File("saved.A"));
+  std::filesystem::copy_file(company_.FilePath("I1"), dir_.File("saved.I1"));
+  company_.Close();
+  std::filesystem::copy_file(dir_.File("saved.A"), company_.FilePath("A"),
+                             std::filesystem::copy_options::overwrite_existing);
+  // The index as it stood before the last few splits: the rebuild does not need it.
+  testing::WriteAll(company_.FilePath("I1"), testing::Bytes(55, 0));
+  testing::WriteAll(marker, {});
+
+  ASSERT_EQ(company_.Open("ACME", 3, *ui_), 1);
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+  EXPECT_FALSE(std::filesystem::exists(marker));
+  NvAsset found;
+  for (long n = 1; n <= 50; ++n) {
+    ASSERT_EQ(company_.FindAsset(MakeAsset(company_.record(), n).number.Text(), &found), kOk) << n;
+  }
+}
+
+TEST_F(CompanyAssetsTest, DeletingACompanyLetsGoOfItsOwnLock) {
+  company_.Close();
+  CompanyInUseLock lock;
+  ASSERT_EQ(lock.Take(company_.FilePath("LOK"), "TESTER", LockTimeNow()), "");
+  EXPECT_TRUE(DeleteCompanyFiles(ctx_, "acme", &lock));
+  EXPECT_FALSE(lock.held());
+  EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
+}
+
+}  // namespace
+}  // namespace nv
