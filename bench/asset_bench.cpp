@@ -21,7 +21,7 @@
 #include "bench/bench_folder.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
-#include "store/asset/asset_testing.h"
+#include "store/company/asset_testing.h"
 #include "store/company/company.h"
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
@@ -157,7 +157,7 @@ void BuildSqlite(int n) {
                nullptr, nullptr, nullptr);
   sqlite3_stmt* ins;
   sqlite3_prepare_v2(db, "INSERT INTO assets VALUES(?, ?, ?)", -1, &ins, nullptr);
-  const AssetRecordFormat format = AssetRecordFormat::Of(Company());
+  const AssetRecordFormat format = AssetRecordFormatOf(Company());
   for (const NvAsset& asset : Assets(n)) {
     std::string number = AssetNumberKey(asset, format);
     std::string sort = AssetSortKey(asset, format);
@@ -186,7 +186,7 @@ void SqliteRead(benchmark::State& state, const char* sql) {
   sqlite3* db = OpenSqlite(SqlitePath(n));
   sqlite3_stmt* sel;
   sqlite3_prepare_v2(db, sql, -1, &sel, nullptr);
-  const AssetRecordFormat format = AssetRecordFormat::Of(Company());
+  const AssetRecordFormat format = AssetRecordFormatOf(Company());
   for (auto _ : state) {
     int seen = 0;
     NvAsset asset;

@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (path.empty()) return 0;
 
   nv::AccountGroupList list;
-  const int read = nv::LoadAccountGroups(company, &list);
+  const int read = nv::LoadAccountGroups(company.folder(), company.number(), &list);
   Check(read == static_cast<int>(list.groups.size()));
   for (const nv::AccountGroup& group : list.groups) {
     Check(group.code.size() <= nv::kAccountGroupCodeWidth);
@@ -30,9 +30,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Check(nv::FindAccountGroupByCode(list.groups, group.code) != nullptr);
   }
 
-  Check(nv::SaveAccountGroups(company, list) == read);
+  Check(nv::SaveAccountGroups(company.folder(), company.number(), list) == read);
   nv::AccountGroupList again;
-  Check(nv::LoadAccountGroups(company, &again) == read);
+  Check(nv::LoadAccountGroups(company.folder(), company.number(), &again) == read);
   Check(again == list);
 
   // Adding by code ends with a group that has the accounts, or with none when the code ran

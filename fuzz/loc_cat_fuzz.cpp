@@ -8,8 +8,8 @@
 
 #include "base/installation_context.h"
 #include "fuzz/scratch_company.h"
-#include "store/company/company.h"
 #include "store/codes/loc_cat_list.h"
+#include "store/company/company.h"
 
 using nv::fuzz::Check;
 
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (path.empty()) return 0;
 
   nv::NvLocCatList list;
-  const int read = nv::LoadLocCatList(company, nv::kLocations, &list);
+  const int read = nv::LoadLocCatList(company.LocCatPath(nv::kLocations), &list);
   Check(read == static_cast<int>(list.size()));
   for (size_t i = 0; i < list.size(); ++i) {
     Check(list[i].code.size() <= nv::kLocCatCodeWidth);
@@ -29,9 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   if (!list.empty()) Check(nv::FindLocCat(list, list[list.size() / 2].code) != nullptr);
 
-  Check(nv::SaveLocCatList(company, nv::kLocations, list) == read);
+  Check(nv::SaveLocCatList(company.LocCatPath(nv::kLocations), list) == read);
   nv::NvLocCatList again;
-  Check(nv::LoadLocCatList(company, nv::kLocations, &again) == read);
+  Check(nv::LoadLocCatList(company.LocCatPath(nv::kLocations), &again) == read);
   Check(again == list);
   unlink(path.c_str());
   return 0;

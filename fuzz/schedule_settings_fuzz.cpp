@@ -15,8 +15,8 @@
 #include "base/ascii.h"
 #include "base/profile.h"
 #include "fuzz/fuzz_scratch.h"
-#include "store/schedule/accounting_year.h"
 #include "store/company/company.h"
+#include "store/schedule/accounting_year.h"
 #include "store/schedule/schedule_definitions.h"
 
 namespace {
@@ -70,14 +70,17 @@ std::string Describe(const std::optional<nv::AccountingYearChain>& chain) {
 }
 
 void RoundTripYears(const nv::NvCompany& company, char letter) {
-  std::optional<nv::AccountingYearChain> first = nv::LoadCustomAccountingYear(company, letter);
+  std::optional<nv::AccountingYearChain> first =
+      nv::LoadCustomAccountingYear(company.SettingsPath(), letter);
   if (first) {
     const nv::CustomAccountingYear* year = first->first();
     if (year == nullptr || first->current() == nullptr) std::abort();
     nv::MoveDateByPeriods(year->end, letter % 3 - 1, letter % 29, &*first);
   }
-  const bool saved = nv::SaveCustomAccountingYear(company, letter, first ? &*first : nullptr);
-  std::optional<nv::AccountingYearChain> again = nv::LoadCustomAccountingYear(company, letter);
+  const bool saved =
+      nv::SaveCustomAccountingYear(company.SettingsPath(), letter, first ? &*first : nullptr);
+  std::optional<nv::AccountingYearChain> again =
+      nv::LoadCustomAccountingYear(company.SettingsPath(), letter);
   if (saved && Describe(first) != Describe(again)) std::abort();
 }
 
@@ -101,10 +104,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   AddEntries(NextPart(&input), &company);
 
   const int mask = (flags & 7) != 0 ? (flags & 7) : nv::kAllScheduleSources;
-  const nv::ScheduleDefinitionList loaded = nv::LoadScheduleDefinitions(company, mask);
+  const nv::ScheduleDefinitionList loaded = nv::LoadScheduleDefinitions(company.Schedules(), mask);
   CheckDefinitions(loaded);
-  const bool saved = nv::SaveScheduleDefinitions(company, loaded);
-  const nv::ScheduleDefinitionList again = nv::LoadScheduleDefinitions(company, mask);
+  const bool saved = nv::SaveScheduleDefinitions(company.Schedules(), loaded);
+  const nv::ScheduleDefinitionList again = nv::LoadScheduleDefinitions(company.Schedules(), mask);
   CheckDefinitions(again);
   // A type with a comma in it (only a schedule entry can have one) cannot be told from
   // its description in the stored value.

@@ -31,7 +31,7 @@ struct Installation {
     company->SetLocation("CO1", context.current.slot.data_path);
     company->record().schedules = {{'B', "B", "Book"}, {'T', "T", "Tax"}};
     company->record().schedule_letters = "BT";
-    list = LoadScheduleDefinitions(*company, kAllScheduleSources);
+    list = LoadScheduleDefinitions(company->Schedules(), kAllScheduleSources);
   }
 
   std::string InstallationFile() const {
@@ -49,7 +49,7 @@ struct Installation {
 struct Shown {
   explicit Shown(const char* answers)
       : inst(answers),
-        editor(*inst.company, inst.list, "BT", true, *inst.ui),
+        editor(inst.company->Schedules(), inst.list, "BT", true, *inst.ui),
         window(editor, nullptr) {
     window.show();
   }
@@ -77,7 +77,7 @@ class ScheduleDefinitionsWindowTest : public QObject {
  private Q_SLOTS:
   void ControlsAndColumns() {
     Installation inst("");
-    DlgEdScheduleDefinitions editor(*inst.company, inst.list, "BT", true, *inst.ui);
+    DlgEdScheduleDefinitions editor(inst.company->Schedules(), inst.list, "BT", true, *inst.ui);
     ScheduleDefinitionsWindow window(editor, nullptr);
 
     const QRect line(0, 40, 400, 16);
@@ -193,7 +193,8 @@ class ScheduleDefinitionsWindowTest : public QObject {
       window->button(kSdefSave)->click();
       window->button(kSdefClose)->click();
     });
-    QVERIFY(EditScheduleDefinitions(runner, *inst.ui, *inst.company, &inst.list, "BT", true));
+    QVERIFY(EditScheduleDefinitions(runner, *inst.ui, inst.company->Schedules(), &inst.list, "BT",
+                                    true));
     QVERIFY(inst.list.Find('R', kThisCompanySource).has_value());
     QCOMPARE(ReadFileBytes(inst.company->SettingsPath()).value_or(""),
              std::string("[Schedule Definitions]\r\nR=O,New Defn\r\n"));

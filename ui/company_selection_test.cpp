@@ -6,7 +6,7 @@
 
 #include "base/file_util.h"
 #include "base/temp_dir_testing.h"
-#include "store/asset/asset_testing.h"
+#include "store/company/asset_testing.h"
 #include "store/company/master_file.h"
 #include "store/file/status.h"
 #include "ui/change_company_number.h"

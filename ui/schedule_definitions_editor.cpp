@@ -37,11 +37,11 @@ std::vector<sdefTypeEntry> MakeTypeEntries() {
 
 }  // namespace
 
-DlgEdScheduleDefinitions::DlgEdScheduleDefinitions(const NvCompany& company,
+DlgEdScheduleDefinitions::DlgEdScheduleDefinitions(CompanySchedules company,
                                                    const ScheduleDefinitionList& list,
                                                    std::string_view company_letters,
                                                    bool allow_delete, Ui& ui)
-    : company_(company),
+    : company_(std::move(company)),
       ui_(ui),
       original_(list),
       list_(list),
@@ -313,9 +313,9 @@ void DlgEdScheduleDefinitions::Rebuild() {
 }
 
 bool EditScheduleDefinitions(ScheduleDefinitionsWindowRunner& window, Ui& ui,
-                             const NvCompany& company, ScheduleDefinitionList* list,
+                             CompanySchedules company, ScheduleDefinitionList* list,
                              std::string_view company_letters, bool allow_delete) {
-  DlgEdScheduleDefinitions editor(company, *list, company_letters, allow_delete, ui);
+  DlgEdScheduleDefinitions editor(std::move(company), *list, company_letters, allow_delete, ui);
   window.Run(editor);
   if (!editor.saved()) return false;
   *list = editor.list();

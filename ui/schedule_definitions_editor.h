@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "base/ui.h"
-#include "store/company/company.h"
 #include "store/schedule/schedule_definitions.h"
+#include "store/schedule/schedule_entry.h"
 
 namespace nv {
 
@@ -45,7 +45,7 @@ class DlgEdScheduleDefinitions {
 
   // `company_letters`: the company's schedule letters; definitions of those letters are in
   // use, so changing or deleting them is guarded.
-  DlgEdScheduleDefinitions(const NvCompany& company, const ScheduleDefinitionList& list,
+  DlgEdScheduleDefinitions(CompanySchedules company, const ScheduleDefinitionList& list,
                            std::string_view company_letters, bool allow_delete, Ui& ui);
 
   // T, B, A, C, O, generic State, then State(%s) for every state code.
@@ -113,7 +113,7 @@ class DlgEdScheduleDefinitions {
   void ClearFields();
   void Rebuild();
 
-  const NvCompany& company_;
+  CompanySchedules company_;
   Ui& ui_;
   ScheduleDefinitionList original_;
   ScheduleDefinitionList list_;
@@ -144,7 +144,7 @@ class ScheduleDefinitionsWindowRunner {
 // Runs the editor over a copy of *list. True when the user saved changes; *list is then
 // the saved definitions.
 bool EditScheduleDefinitions(ScheduleDefinitionsWindowRunner& window, Ui& ui,
-                             const NvCompany& company, ScheduleDefinitionList* list,
+                             CompanySchedules company, ScheduleDefinitionList* list,
                              std::string_view company_letters, bool allow_delete);
 
 }  // namespace nv

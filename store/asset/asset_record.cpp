@@ -343,11 +343,6 @@ void ReadGeneral(RecordFieldReader& r, const NvAssetNoFormat& format, NvAsset* a
 
 }  // namespace
 
-AssetRecordFormat AssetRecordFormat::Of(const NvCompanyRecord& company) {
-  return AssetRecordFormat{company.asset_no_format, company.round_dollars, company.schedule_letters,
-                           company.sort_order};
-}
-
 std::string SerializeAssetRecord(const NvAsset& asset, const AssetRecordFormat& format) {
   RecordFieldWriter w;
   WriteGeneral(w, asset, format);

@@ -59,18 +59,16 @@
 #include "store/asset/asset.h"
 #include "store/asset/asset_no_format.h"
 #include "store/file/block_chain.h"
-#include "store/company/company_record.h"
 
 namespace nv {
 
-// What the record's form depends on, taken from the company record.
+// What the record's form depends on, taken from the company record
+// (AssetRecordFormatOf in store/company/company_record.h).
 struct AssetRecordFormat {
   NvAssetNoFormat asset_no_format;  // numbers are parsed under it
   bool round_dollars = false;       // amounts with 0 decimals instead of 2
   std::string schedule_letters;     // the company's schedules, in order
   std::string sort_order;           // for the .I2 key
-
-  static AssetRecordFormat Of(const NvCompanyRecord& company);
 };
 
 inline constexpr int kRecordUserFieldCount = 10;  // the count that the record writes

@@ -9,7 +9,6 @@
 #include "base/comma_text.h"
 #include "base/compare_codes.h"
 #include "base/file_util.h"
-#include "store/company/company.h"
 
 namespace nv {
 namespace {
@@ -162,8 +161,8 @@ void PutLine(std::string* out, std::string_view text, size_t width) {
   *out += '\n';
 }
 
-std::string AccountGroupPath(const NvCompany& company) {
-  return PathIgnoringCase(company.folder(), company.number() + ".ACG");
+std::string AccountGroupPath(std::string_view folder, std::string_view number) {
+  return PathIgnoringCase(std::string(folder), std::string(number) + ".ACG");
 }
 
 bool SameAccounts(const AccountGroup& group, const std::array<std::string_view, 4>& accounts) {
@@ -190,36 +189,38 @@ std::string GroupCode(std::string_view code) {
 
 }  // namespace
 
-void SetAccountGroupDefaults(const NvCompany& company, AccountGroupList* list) {
+void SetAccountGroupDefaults(std::string_view company_folder, std::string_view number,
+                             AccountGroupList* list) {
   AccountGroupList defaults;
-  defaults.folder = company.folder().substr(0, kAccountGroupFolderWidth);
-  defaults.file_name = (company.number() + ".EX1").substr(0, kAccountGroupFileNameWidth);
+  defaults.folder = std::string(company_folder.substr(0, kAccountGroupFolderWidth));
+  defaults.file_name = (std::string(number) + ".EX1").substr(0, kAccountGroupFileNameWidth);
   defaults.option_text = std::string(1, 'N');
   *list = std::move(defaults);
 }
 
-int LoadAccountGroups(const NvCompany& company, AccountGroupList* list) {
-  std::optional<std::string> bytes = ReadFileBytes(AccountGroupPath(company));
+int LoadAccountGroups(std::string_view company_folder, std::string_view number,
+                      AccountGroupList* list) {
+  std::optional<std::string> bytes = ReadFileBytes(AccountGroupPath(company_folder, number));
   if (!bytes) {
-    SetAccountGroupDefaults(company, list);
+    SetAccountGroupDefaults(company_folder, number, list);
     return 0;
   }
   Cursor in(*bytes);
   if (bytes->empty() || (*bytes)[0] < '0' || (*bytes)[0] > '9') {
-    SetAccountGroupDefaults(company, list);
+    SetAccountGroupDefaults(company_folder, number, list);
     list->groups.reserve(10);
     ReadGroups(&in, CodeField::kNone, true, &list->groups);
   } else {
-    const int number = FormatNumber(*in.Line());
+    const int format_number = FormatNumber(*in.Line());
     const Format* format = nullptr;
     for (const Format& f : kFormats) {
-      if (f.number == number) format = &f;
+      if (f.number == format_number) format = &f;
     }
     if (format == nullptr) {
       list->groups.clear();
       return 0;
     }
-    SetAccountGroupDefaults(company, list);
+    SetAccountGroupDefaults(company_folder, number, list);
     list->groups.reserve(10);
     ReadHeaderLine(&in, kAccountGroupFolderWidth, &list->folder);
     ReadHeaderLine(&in, kAccountGroupFileNameWidth, &list->file_name);
@@ -235,7 +236,8 @@ int LoadAccountGroups(const NvCompany& company, AccountGroupList* list) {
   return static_cast<int>(list->groups.size());
 }
 
-int SaveAccountGroups(const NvCompany& company, const AccountGroupList& list) {
+int SaveAccountGroups(std::string_view company_folder, std::string_view number,
+                      const AccountGroupList& list) {
   std::string out = std::to_string(kCurrentFormat) + "\n";
   PutLine(&out, list.folder, kAccountGroupFolderWidth);
   PutLine(&out, list.file_name, kAccountGroupFileNameWidth);
@@ -249,7 +251,8 @@ int SaveAccountGroups(const NvCompany& company, const AccountGroupList& list) {
     PutPadded(&out, group.description, kAccountGroupDescriptionWidth);
     for (const std::string& account : group.accounts) PutPadded(&out, account, kAccountWidth);
   }
-  if (!WriteFileAtomically(AccountGroupPath(company), out)) return kAccountGroupFileNotCreated;
+  if (!WriteFileAtomically(AccountGroupPath(company_folder, number), out))
+    return kAccountGroupFileNotCreated;
   return static_cast<int>(list.groups.size());
 }
 

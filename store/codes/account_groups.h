@@ -35,8 +35,6 @@
 
 namespace nv {
 
-class NvCompany;
-
 inline constexpr size_t kAccountGroupCodeWidth = 24;
 inline constexpr size_t kAccountGroupDescriptionWidth = 24;
 inline constexpr size_t kAccountGroupAccounts = 4;
@@ -67,16 +65,19 @@ struct AccountGroupList {
 };
 
 // Sets the settings to their defaults for this company and empties the groups.
-void SetAccountGroupDefaults(const NvCompany& company, AccountGroupList* list);
+void SetAccountGroupDefaults(std::string_view company_folder, std::string_view number,
+                             AccountGroupList* list);
 
 // Reads the company's account group file into *list and returns the number of groups. A
 // missing file, or one not beginning with a digit, gives the default settings; a first
 // line with a number of no known format gives no groups and leaves the settings as they
 // were.
-int LoadAccountGroups(const NvCompany& company, AccountGroupList* list);
+int LoadAccountGroups(std::string_view company_folder, std::string_view number,
+                      AccountGroupList* list);
 // Writes the list in the current format, replacing the file. Returns the number of groups
 // written or kAccountGroupFileNotCreated.
-int SaveAccountGroups(const NvCompany& company, const AccountGroupList& list);
+[[nodiscard]] int SaveAccountGroups(std::string_view company_folder, std::string_view number,
+                                    const AccountGroupList& list);
 
 // Pointers returned below live until the groups change.
 

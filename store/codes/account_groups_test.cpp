@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/file_util.h"
-#include "store/company/company.h"
 #include "store/store_testing.h"
 
 namespace nv {
@@ -33,13 +32,10 @@ AccountGroup Group(const std::string& code, const std::string& description, cons
 
 class AccountGroupFileTest : public ::testing::Test {
  protected:
-  AccountGroupFileTest() : company_(context_) { company_.SetLocation("co1", dir_.path()); }
-
   std::string File() const { return dir_.path() + "/CO1.ACG"; }
 
   TempDir dir_;
-  InstallationContext context_;
-  NvCompany company_;
+  const std::string folder_ = dir_.path() + "/";
 };
 
 TEST_F(AccountGroupFileTest, WritesHeaderSizeBytesAnd448ByteRecords) {
@@ -49,7 +45,7 @@ TEST_F(AccountGroupFileTest, WritesHeaderSizeBytesAnd448ByteRecords) {
   list.option_text = "N";
   list.option_flag = true;
   list.groups.push_back(Group("OFFICE", "Office furniture", "1500", "1510", "6100", "2100"));
-  ASSERT_EQ(SaveAccountGroups(company_, list), 1);
+  ASSERT_EQ(SaveAccountGroups(folder_, "CO1", list), 1);
 
   ByteBuilder expected;
   expected.Text("321\nC:\\GL\\\nCO1.EX1\nN\nY\n").Raw({24, 4, 100});
@@ -71,7 +67,7 @@ TEST_F(AccountGroupFileTest, ReadsCurrentFormatSortedAndStopsAtIncompleteRecord)
   testing::WriteAll(File(), file.bytes());
 
   AccountGroupList list;
-  ASSERT_EQ(LoadAccountGroups(company_, &list), 2);
+  ASSERT_EQ(LoadAccountGroups(folder_, "CO1", &list), 2);
   EXPECT_EQ(list.folder, "/gl/");
   EXPECT_EQ(list.file_name, "GL.EX1");
   EXPECT_EQ(list.option_text, "OPT");
@@ -90,11 +86,11 @@ TEST_F(AccountGroupFileTest, Format720IsWrittenBackAs321WithCodesPaddedTo24) {
 
   AccountGroupList list;
   list.option_flag = true;
-  ASSERT_EQ(LoadAccountGroups(company_, &list), 1);
+  ASSERT_EQ(LoadAccountGroups(folder_, "CO1", &list), 1);
   EXPECT_EQ(list.option_text, "N");
   EXPECT_FALSE(list.option_flag);
   EXPECT_EQ(list.groups[0], Group("OFFICE", "Furniture", "1500", "6100", "", ""));
-  ASSERT_EQ(SaveAccountGroups(company_, list), 1);
+  ASSERT_EQ(SaveAccountGroups(folder_, "CO1", list), 1);
 
   ByteBuilder expected;
   expected.Text("321\n/old/\nOLD.EX1\nN\nN\n").Raw({24, 4, 100});
@@ -111,7 +107,7 @@ TEST_F(AccountGroupFileTest, OlderFormatsAndCodelessFiles) {
   file710.U32(0xFFFFFFFF).Text("neg").Text("b1 b2 b3 b4 b5 ");
   testing::WriteAll(File(), file710.bytes());
   AccountGroupList list;
-  ASSERT_EQ(LoadAccountGroups(company_, &list), 2);
+  ASSERT_EQ(LoadAccountGroups(folder_, "CO1", &list), 2);
   EXPECT_EQ(list.groups, (std::vector<AccountGroup>{Group("-1", "neg", "b1", "b2", "b3", "b4"),
                                                     Group("1234", "abc", "a1", "a2", "a3", "a4")}));
 
@@ -120,7 +116,7 @@ TEST_F(AccountGroupFileTest, OlderFormatsAndCodelessFiles) {
   file152.Text("152\nF\nN.EX1\nopt\nN\n").Raw({4, 1});
   file152.Text(Padded("G1", 24)).Text(std::string("ab\0z", 4)).Text("acct");
   testing::WriteAll(File(), file152.bytes());
-  ASSERT_EQ(LoadAccountGroups(company_, &list), 1);
+  ASSERT_EQ(LoadAccountGroups(folder_, "CO1", &list), 1);
   EXPECT_EQ(list.option_text, "opt");
   EXPECT_EQ(list.groups[0], Group("G1", "ab", "acct", "", "", ""));
 
@@ -128,7 +124,7 @@ TEST_F(AccountGroupFileTest, OlderFormatsAndCodelessFiles) {
   ByteBuilder codeless;
   codeless.Raw({'X', 2, 1}).Text(std::string(88, 'd')).Text("a").Text("b").Text("c");
   testing::WriteAll(File(), codeless.bytes());
-  ASSERT_EQ(LoadAccountGroups(company_, &list), 1);
+  ASSERT_EQ(LoadAccountGroups(folder_, "CO1", &list), 1);
   EXPECT_EQ(list.folder, dir_.path() + "/");
   EXPECT_EQ(list.file_name, "CO1.EX1");
   EXPECT_EQ(list.option_text, "N");
@@ -137,27 +133,26 @@ TEST_F(AccountGroupFileTest, OlderFormatsAndCodelessFiles) {
   // A first line of three digits that name no format: no groups, settings untouched.
   testing::WriteAll(File(), Bytes{'9', '9', '9', '\n', 'F', '\n'});
   list.folder = "kept";
-  EXPECT_EQ(LoadAccountGroups(company_, &list), 0);
+  EXPECT_EQ(LoadAccountGroups(folder_, "CO1", &list), 0);
   EXPECT_TRUE(list.groups.empty());
   EXPECT_EQ(list.folder, "kept");
   // "%3d" reads three digits only.
   testing::WriteAll(File(), Bytes{'3', '2', '1', '0', '\n', 'F', '\n'});
-  EXPECT_EQ(LoadAccountGroups(company_, &list), 0);
+  EXPECT_EQ(LoadAccountGroups(folder_, "CO1", &list), 0);
   EXPECT_EQ(list.folder, "F");
 
   // No file: defaults.
   std::filesystem::remove(File());
   list.groups.push_back(Group("X", "", "", "", "", ""));
-  EXPECT_EQ(LoadAccountGroups(company_, &list), 0);
+  EXPECT_EQ(LoadAccountGroups(folder_, "CO1", &list), 0);
   EXPECT_EQ(list.folder, dir_.path() + "/");
   EXPECT_EQ(list.file_name, "CO1.EX1");
   EXPECT_TRUE(list.groups.empty());
 }
 
 TEST_F(AccountGroupFileTest, UnwritableFileFails) {
-  NvCompany nowhere(context_);
-  nowhere.SetLocation("CO1", dir_.path() + "/missing/");
-  EXPECT_EQ(SaveAccountGroups(nowhere, AccountGroupList()), kAccountGroupFileNotCreated);
+  EXPECT_EQ(SaveAccountGroups(dir_.path() + "/missing/", "CO1", AccountGroupList()),
+            kAccountGroupFileNotCreated);
 }
 
 TEST(AccountGroupLookupTest, PreferredCodeGetsSuffixesWhenTaken) {

@@ -10,7 +10,6 @@
 #include "base/compare_codes.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
-#include "store/company/company.h"
 
 namespace nv {
 namespace {
@@ -149,24 +148,23 @@ int CompareLocCatCodes(std::string_view a, std::string_view b) {
   return CompareCodes(SortingCode(a), SortingCode(b));
 }
 
-bool LocCatListIsGlobal(const NvCompany& company, char which) {
-  const char choice = AsciiUpper(company.record().global_loc_cat);
+bool LocCatListIsGlobal(char global_choice, char which) {
+  const char choice = AsciiUpper(global_choice);
   const char list = AsciiUpper(which) == kLocations ? kLocations : kCategories;
   return choice == 'B' || choice == list;
 }
 
-std::string LocCatFilePath(const NvCompany& company, char which) {
+std::string LocCatFilePath(const LocCatFiles& files, char which) {
   const std::string extension = AsciiUpper(which) == kLocations ? "LOC" : "CAT";
-  if (LocCatListIsGlobal(company, which)) {
-    return PathIgnoringCase(company.context().installation_folder, "GLOBAL." + extension);
+  if (LocCatListIsGlobal(files.global_choice, which)) {
+    return PathIgnoringCase(files.installation_folder, "GLOBAL." + extension);
   }
-  return PathIgnoringCase(company.folder(), company.number() + "." + extension);
+  return PathIgnoringCase(files.company_folder, files.number + "." + extension);
 }
 
-int LoadLocCatList(const NvCompany& company, char which, NvLocCatList* list) {
+int LoadLocCatList(const std::string& path, NvLocCatList* list) {
   list->Clear();
-  std::unique_ptr<std::FILE, FileCloser> file(
-      std::fopen(LocCatFilePath(company, which).c_str(), "rb"));
+  std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
   if (!file) return 0;
   TextReader text(list);
   RecordReader records(list);
@@ -191,7 +189,7 @@ int LoadLocCatList(const NvCompany& company, char which, NvLocCatList* list) {
   return static_cast<int>(list->size());
 }
 
-int SaveLocCatList(const NvCompany& company, char which, const NvLocCatList& list) {
+int SaveLocCatList(const std::string& path, const NvLocCatList& list) {
   std::string out(kHeader);
   out += "\r\n";
   for (const NvLocCatEntry& entry : list.entries()) {
@@ -200,7 +198,7 @@ int SaveLocCatList(const NvCompany& company, char which, const NvLocCatList& lis
     out += entry.description;
     out += "\r\n";
   }
-  if (!WriteFileAtomically(LocCatFilePath(company, which), out)) return kLocCatFileNotCreated;
+  if (!WriteFileAtomically(path, out)) return kLocCatFileNotCreated;
   return static_cast<int>(list.size());
 }
 

@@ -29,8 +29,6 @@
 
 namespace nv {
 
-class NvCompany;
-
 inline constexpr size_t kLocCatCodeWidth = 10;
 inline constexpr size_t kLocCatDescriptionWidth = 25;
 inline constexpr int kLocCatFileNotCreated = -13;
@@ -74,18 +72,28 @@ class NvLocCatList {
 // The order of the list: CompareCodes with a blank code counting as "0".
 int CompareLocCatCodes(std::string_view a, std::string_view b);
 
-// Whether the list `which` (kLocations or kCategories) of this company is the global one.
-bool LocCatListIsGlobal(const NvCompany& company, char which);
+// Where a company's two lists lie: its own files NUMBER.LOC and NUMBER.CAT, or the
+// installation's GLOBAL.LOC and GLOBAL.CAT when the company record says the list is global.
+struct LocCatFiles {
+  std::string company_folder;       // with its separator
+  std::string number;               // the company number
+  std::string installation_folder;  // with its separator
+  char global_choice = 'N';         // the record's Global Loc/Cat: C, L, B (both) or N
+};
+
+// Whether the list `which` (kLocations or kCategories) is the global one under the
+// company record's choice.
+bool LocCatListIsGlobal(char global_choice, char which);
 // The file that list `which` is read from and written to: an existing file of that name
 // found ignoring case, else the name as the layout gives it.
-std::string LocCatFilePath(const NvCompany& company, char which);
+std::string LocCatFilePath(const LocCatFiles& files, char which);
 
-// Replaces *list with the file's entries, sorted. A missing or unreadable file gives an
-// empty list. Returns the number of entries.
-int LoadLocCatList(const NvCompany& company, char which, NvLocCatList* list);
+// Replaces *list with the entries of the file at `path`, sorted. A missing or unreadable
+// file gives an empty list. Returns the number of entries.
+int LoadLocCatList(const std::string& path, NvLocCatList* list);
 // Writes the list in its order, replacing the file. Returns the number of entries written
 // or kLocCatFileNotCreated.
-int SaveLocCatList(const NvCompany& company, char which, const NvLocCatList& list);
+[[nodiscard]] int SaveLocCatList(const std::string& path, const NvLocCatList& list);
 
 // The entry whose code equals `code` in the list's order, or nullptr. The pointer lives
 // until the list changes.

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/file_util.h"
-#include "store/company/company.h"
 #include "store/store_testing.h"
 
 namespace nv {
@@ -22,19 +21,18 @@ std::vector<std::string> Codes(const NvLocCatList& list) {
 
 class LocCatListTest : public ::testing::Test {
  protected:
-  LocCatListTest() : company_(context_) {
-    context_.installation_folder = dir_.path() + "/inst/";
-    MakeDirectories(context_.installation_folder);
-    MakeDirectories(dir_.path() + "/data");
-    company_.SetLocation("CO1", dir_.path() + "/data/");
+  LocCatListTest() {
+    files_ = {dir_.path() + "/data/", "CO1", dir_.path() + "/inst/", 'N'};
+    MakeDirectories(files_.installation_folder);
+    MakeDirectories(files_.company_folder);
   }
 
-  std::string Data(const std::string& name) const { return dir_.path() + "/data/" + name; }
-  std::string Inst(const std::string& name) const { return context_.installation_folder + name; }
+  std::string Data(const std::string& name) const { return files_.company_folder + name; }
+  std::string Inst(const std::string& name) const { return files_.installation_folder + name; }
+  std::string Path(char which) const { return LocCatFilePath(files_, which); }
 
   TempDir dir_;
-  InstallationContext context_;
-  NvCompany company_;
+  LocCatFiles files_;
 };
 
 TEST_F(LocCatListTest, WritesHeaderAndTabSeparatedLinesWithCrLf) {
@@ -42,10 +40,10 @@ TEST_F(LocCatListTest, WritesHeaderAndTabSeparatedLinesWithCrLf) {
   list.Append("01", "Main office");
   list.Append("", "No code");
   list.Append("02", "A description longer than twenty-five");
-  ASSERT_EQ(SaveLocCatList(company_, kLocations, list), 3);
+  ASSERT_EQ(SaveLocCatList(Path(kLocations), list), 3);
   EXPECT_EQ(testing::ReadText(Data("CO1.LOC")),
             "NVW3000\r\n01\tMain office\r\n\tNo code\r\n02\tA description longer than\r\n");
-  ASSERT_EQ(SaveLocCatList(company_, kCategories, NvLocCatList()), 0);
+  ASSERT_EQ(SaveLocCatList(Path(kCategories), NvLocCatList()), 0);
   EXPECT_EQ(testing::ReadText(Data("CO1.CAT")), "NVW3000\r\n");
 }
 
@@ -53,7 +51,7 @@ TEST_F(LocCatListTest, ReadsOnlyCompleteLinesWithATab) {
   testing::WriteText(Data("CO1.LOC"), "NVW3000\r\n01\tMain office\r\n\r\n02 Warehouse\r\n03\tYard");
   NvLocCatList list;
   list.Append("99", "stale entry");
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &list), 1);
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &list), 1);
   ASSERT_EQ(list.size(), 1u);
   EXPECT_EQ(list[0], (NvLocCatEntry{"01", "Main office"}));
 
@@ -62,7 +60,7 @@ TEST_F(LocCatListTest, ReadsOnlyCompleteLinesWithATab) {
   testing::WriteText(Data("CO1.LOC"),
                      "nvw2000\n7\tSeven\r12345678901\tDesc\twith tab\n\tBlank code\n8\t" +
                          std::string(30, 'd') + "\n");
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &list), 4);
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &list), 4);
   EXPECT_EQ(list.entries(), (std::vector<NvLocCatEntry>{{"", "Blank code"},
                                                         {"7", "Seven"},
                                                         {"8", std::string(25, 'd')},
@@ -87,7 +85,7 @@ TEST_F(LocCatListTest, LineCutByAPieceEndIsCarriedOver) {
   testing::WriteText(Data("CO1.LOC"), file);
 
   NvLocCatList list;
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &list), lines + 2);
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &list), lines + 2);
   const NvLocCatEntry* across = FindLocCat(list, "ACROSS");
   ASSERT_NE(across, nullptr);
   EXPECT_EQ(across->description, "the piece boundary");
@@ -99,7 +97,7 @@ TEST_F(LocCatListTest, SortsByNaturalOrderWithBlankCodeAsZero) {
   testing::WriteText(Data("CO1.CAT"),
                      "NVW3000\r\n10\tten\r\n9\tnine\r\n9-2\tnine two\r\n \tblank\r\n-1\tminus\r\n");
   NvLocCatList list;
-  ASSERT_EQ(LoadLocCatList(company_, kCategories, &list), 5);
+  ASSERT_EQ(LoadLocCatList(Path(kCategories), &list), 5);
   // "-1" sorts before "0", so before the blank code, which an empty text would not.
   EXPECT_EQ(Codes(list), (std::vector<std::string>{"-1", " ", "9", "9-2", "10"}));
   ASSERT_NE(FindLocCat(list, "0"), nullptr);
@@ -118,14 +116,14 @@ TEST_F(LocCatListTest, ReadsOlderFixedRecords) {
                          record("  0", '+', "Zero") +
                          record("  1", '+', std::string("Nul\0after", 9)) + "  4+partial");
   NvLocCatList list;
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &list), 3);
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &list), 3);
   EXPECT_EQ(list.entries(),
             (std::vector<NvLocCatEntry>{
                 {"         0", "Zero"}, {"         1", "Nul"}, {"        12", "Yard"}}));
 
   // Nothing at all when the first record's number is below 1.
   testing::WriteText(Data("CO1.LOC"), record("  0", '+', "Zero") + record("  5", '+', "Five"));
-  EXPECT_EQ(LoadLocCatList(company_, kLocations, &list), 0);
+  EXPECT_EQ(LoadLocCatList(Path(kLocations), &list), 0);
   EXPECT_TRUE(list.empty());
 }
 
@@ -137,42 +135,40 @@ TEST_F(LocCatListTest, GlobalChoiceSelectsTheInstallationFiles) {
   NvLocCatList locations;
   NvLocCatList categories;
 
-  company_.record().global_loc_cat = 'B';
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &locations), 1);
-  ASSERT_EQ(LoadLocCatList(company_, kCategories, &categories), 1);
+  files_.global_choice = 'B';
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &locations), 1);
+  ASSERT_EQ(LoadLocCatList(Path(kCategories), &categories), 1);
   EXPECT_EQ(locations[0].code, "GL");
   EXPECT_EQ(categories[0].code, "GC");
   AddLocCatIfAbsent(&categories, "GD", "added");
-  ASSERT_EQ(SaveLocCatList(company_, kCategories, categories), 2);
+  ASSERT_EQ(SaveLocCatList(Path(kCategories), categories), 2);
   EXPECT_EQ(testing::ReadText(Inst("global.cat")),
             "NVW3000\r\nGC\tglobal category\r\nGD\tadded\r\n");
   EXPECT_EQ(testing::ReadText(Data("co1.cat")), "NVW3000\r\nOWNC\tcompany category\r\n");
 
-  company_.record().global_loc_cat = 'L';
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &locations), 1);
-  ASSERT_EQ(LoadLocCatList(company_, kCategories, &categories), 1);
+  files_.global_choice = 'L';
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &locations), 1);
+  ASSERT_EQ(LoadLocCatList(Path(kCategories), &categories), 1);
   EXPECT_EQ(locations[0].code, "GL");
   EXPECT_EQ(categories[0].code, "OWNC");
 
-  company_.record().global_loc_cat = 'C';
-  ASSERT_EQ(LoadLocCatList(company_, kLocations, &locations), 1);
+  files_.global_choice = 'C';
+  ASSERT_EQ(LoadLocCatList(Path(kLocations), &locations), 1);
   EXPECT_EQ(locations[0].code, "OWN");
 
-  company_.record().global_loc_cat = 'N';
-  ASSERT_EQ(LoadLocCatList(company_, kCategories, &categories), 1);
+  files_.global_choice = 'N';
+  ASSERT_EQ(LoadLocCatList(Path(kCategories), &categories), 1);
   EXPECT_EQ(categories[0].code, "OWNC");
 }
 
 TEST_F(LocCatListTest, MissingFileReadsEmptyAndUncreatableFileFails) {
   NvLocCatList list;
   list.Append("1", "one");
-  EXPECT_EQ(LoadLocCatList(company_, kCategories, &list), 0);
+  EXPECT_EQ(LoadLocCatList(Path(kCategories), &list), 0);
   EXPECT_TRUE(list.empty());
 
   list.Append("1", "one");
-  NvCompany nowhere(context_);
-  nowhere.SetLocation("CO1", dir_.path() + "/missing/");
-  EXPECT_EQ(SaveLocCatList(nowhere, kLocations, list), kLocCatFileNotCreated);
+  EXPECT_EQ(SaveLocCatList(dir_.path() + "/missing/CO1.LOC", list), kLocCatFileNotCreated);
   EXPECT_EQ(list.size(), 1u);
 }
 

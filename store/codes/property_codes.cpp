@@ -2,7 +2,6 @@
 
 #include "base/ascii.h"
 #include "base/profile.h"
-#include "store/company/company.h"
 
 namespace nv {
 namespace {
@@ -11,9 +10,8 @@ constexpr size_t kDescriptionBuffer = 100;  // 99 characters and the terminator
 
 }  // namespace
 
-int LoadPropertyCodes(const NvCompany& company, PropertyCodeList* codes) {
+int LoadPropertyCodes(const std::string& file, PropertyCodeList* codes) {
   codes->clear();
-  const std::string file = company.SettingsPath();
   for (std::string& key : ListProfileKeys(file, kPropertyCodesSection)) {
     std::string description =
         ReadProfileString(file, kPropertyCodesSection, key, "", kDescriptionBuffer);
@@ -22,8 +20,7 @@ int LoadPropertyCodes(const NvCompany& company, PropertyCodeList* codes) {
   return static_cast<int>(codes->size());
 }
 
-bool SavePropertyCodes(const NvCompany& company, const PropertyCodeList& codes) {
-  const std::string file = company.SettingsPath();
+bool SavePropertyCodes(const std::string& file, const PropertyCodeList& codes) {
   if (!DeleteProfileSection(file, kPropertyCodesSection)) return false;
   bool ok = true;
   for (const PropertyCode& row : codes) {

@@ -8,8 +8,6 @@
 
 namespace nv {
 
-class NvCompany;
-
 inline constexpr char kPropertyCodesSection[] = "Property Codes";
 
 struct PropertyCode {
@@ -21,9 +19,9 @@ using PropertyCodeList = std::vector<PropertyCode>;
 
 // Replaces *codes with the section's keys in file order and their values. Returns the
 // number of codes.
-int LoadPropertyCodes(const NvCompany& company, PropertyCodeList* codes);
+int LoadPropertyCodes(const std::string& settings_file, PropertyCodeList* codes);
 // Replaces the section with the codes in their order; rows without a code are left out.
 // False when the settings file could not be written.
-bool SavePropertyCodes(const NvCompany& company, const PropertyCodeList& codes);
+bool SavePropertyCodes(const std::string& settings_file, const PropertyCodeList& codes);
 
 }  // namespace nv

@@ -3,8 +3,6 @@
 #include "base/ascii.h"
 #include "base/profile.h"
 #include "base/str_format.h"
-#include "store/company/company.h"
-#include "store/company/company_record.h"
 
 namespace nv {
 namespace {
@@ -19,17 +17,15 @@ std::string SectionName(int index) {
 
 }  // namespace
 
-std::string UserFieldCaption(const NvCompanyRecord& record, int index) {
+std::string UserFieldCaption(int index, std::string_view name) {
   if (!InRange(index)) return std::string();
-  const std::string& name = record.user_fields[static_cast<size_t>(index - 1)].name;
   if (TrimBlanks(name).empty()) return StrPrintf("%d-User Field %d", index % 10, index);
-  return StrPrintf("%d-%s", index % 10, name.c_str());
+  return StrPrintf("%d-%.*s", index % 10, static_cast<int>(name.size()), name.data());
 }
 
-int LoadUserFieldValues(const NvCompany& company, int index, std::vector<std::string>* values) {
+int LoadUserFieldValues(const std::string& file, int index, std::vector<std::string>* values) {
   values->clear();
   if (!InRange(index)) return 0;
-  const std::string file = company.SettingsPath();
   const std::string section = SectionName(index);
   for (const std::string& key : ListProfileKeys(file, section)) {
     values->push_back(ReadProfileString(file, section, key, "", kUserFieldValueMax + 1));
@@ -37,10 +33,9 @@ int LoadUserFieldValues(const NvCompany& company, int index, std::vector<std::st
   return static_cast<int>(values->size());
 }
 
-bool SaveUserFieldValues(const NvCompany& company, int index,
+bool SaveUserFieldValues(const std::string& file, int index,
                          const std::vector<std::string>& values) {
   if (!InRange(index)) return false;
-  const std::string file = company.SettingsPath();
   const std::string section = SectionName(index);
   if (!DeleteProfileSection(file, section)) return false;
   bool ok = true;

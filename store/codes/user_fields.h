@@ -4,26 +4,28 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nv {
 
-class NvCompany;
-struct NvCompanyRecord;
-
+inline constexpr int kUserFieldCount = 10;
 inline constexpr size_t kUserFieldValueMax = 34;  // characters of a value that are read
 
 // The prompt of field `index` (1 to 10): "%d-User Field %d" when the field has no name,
 // else "%d-%s" with the name; the leading number is index modulo 10, so the tenth field's
-// caption begins with "0-". "" for an index out of range.
-std::string UserFieldCaption(const NvCompanyRecord& record, int index);
+// caption begins with "0-". "" for an index out of range. `name` is the field's name in
+// the company record.
+std::string UserFieldCaption(int index, std::string_view name);
 
 // Replaces *values with the allowed values of field `index` (1 to 10), in the section's
 // key order whatever the keys' names. Returns the number of values.
-int LoadUserFieldValues(const NvCompany& company, int index, std::vector<std::string>* values);
+// `settings_file` is the company's settings file.
+int LoadUserFieldValues(const std::string& settings_file, int index,
+                        std::vector<std::string>* values);
 // Replaces the field's section with the values as UF01, UF02, ...; blank values are left
 // out. False when the settings file could not be written or the index is out of range.
-bool SaveUserFieldValues(const NvCompany& company, int index,
+bool SaveUserFieldValues(const std::string& settings_file, int index,
                          const std::vector<std::string>& values);
 
 }  // namespace nv

@@ -15,12 +15,12 @@
 #include "base/coding.h"
 #include "base/comma_text.h"
 #include "base/file_util.h"
-#include "store/file/block_chain.h"
-#include "store/file/key_compare.h"
 #include "store/company/master_file.h"
 #include "store/company/permissions.h"
-#include "store/schedule/schedule_definitions.h"
+#include "store/file/block_chain.h"
+#include "store/file/key_compare.h"
 #include "store/file/status.h"
+#include "store/schedule/schedule_definitions.h"
 
 namespace nv {
 namespace {
@@ -101,6 +101,16 @@ std::string NvCompany::FilePath(std::string_view extension) const {
   return PathIgnoringCase(folder_, name);
 }
 
+std::string NvCompany::LocCatPath(char which) const {
+  return LocCatFilePath(
+      {folder_, record_.number, context_.installation_folder, record_.global_loc_cat}, which);
+}
+
+CompanySchedules NvCompany::Schedules() const {
+  return {SettingsPath(), InstallationSettingsPath(context_), record_.schedule_letters,
+          record_.schedules};
+}
+
 int NvCompany::Create(const NvMasterRec& entry, int flags) {
   if (is_open()) CloseFilesWithoutWriting();
   SetLocation(entry.number, CompanyFolder(context_, entry.number));
@@ -144,7 +154,7 @@ int NvCompany::Open(std::string_view number, int flags, Ui& ui,
     return rc;
   }
   permission_ = CurrentUserPermission(*this);
-  consolidated_ = IsConsolidatedCompany(*this);
+  consolidated_ = IsConsolidatedCompany(SettingsPath());
   if (old_layout_ && !read_only()) {
     if (int rc = ConfirmOldLayout(ui); rc != kOk) {
       CloseFilesWithoutWriting();
@@ -164,8 +174,8 @@ int NvCompany::Open(std::string_view number, int flags, Ui& ui,
     return rc;
   }
   if ((flags & kLoadLocCat) != 0) {
-    LoadLocCatList(*this, 'L', &locations_);
-    LoadLocCatList(*this, 'C', &categories_);
+    LoadLocCatList(LocCatPath(kLocations), &locations_);
+    LoadLocCatList(LocCatPath(kCategories), &categories_);
   }
   return 1;
 }
@@ -312,7 +322,8 @@ void NvCompany::CloseFilesWithoutWriting() {
 void NvCompany::LoadCustomYears() {
   custom_years_.clear();
   for (char letter : record_.schedule_letters) {
-    if (std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(*this, letter)) {
+    if (std::optional<AccountingYearChain> chain =
+            LoadCustomAccountingYear(SettingsPath(), letter)) {
       custom_years_.emplace(letter, std::move(*chain));
     }
   }
@@ -320,7 +331,9 @@ void NvCompany::LoadCustomYears() {
 
 void NvCompany::SaveCustomYears() {
   for (char letter : record_.schedule_letters) {
-    SaveCustomAccountingYear(*this, letter, CustomYear(letter));
+    // Close reports only the company's own files (its codes are fixed); a settings file
+    // that cannot be written keeps the years it had, which the next open reads.
+    static_cast<void>(SaveCustomAccountingYear(SettingsPath(), letter, CustomYear(letter)));
   }
 }
 

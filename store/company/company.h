@@ -17,12 +17,13 @@
 
 #include "base/installation_context.h"
 #include "base/ui.h"
-#include "store/schedule/accounting_year.h"
-#include "store/file/btree_file.h"
+#include "store/codes/loc_cat_list.h"
 #include "store/company/company_lock.h"
 #include "store/company/company_record.h"
-#include "store/codes/loc_cat_list.h"
+#include "store/file/btree_file.h"
 #include "store/file/rec_file.h"
+#include "store/schedule/accounting_year.h"
+#include "store/schedule/schedule_entry.h"
 
 namespace nv {
 
@@ -106,6 +107,11 @@ class NvCompany {
   std::string FilePath(std::string_view extension) const;
   // The company's settings file, company number + ".ini".
   std::string SettingsPath() const { return FilePath("ini"); }
+  // The file of list `which` (kLocations or kCategories): the company's own or the global
+  // one, as the company record chooses.
+  std::string LocCatPath(char which) const;
+  // What the schedule modules need of the company: its settings files and schedules.
+  CompanySchedules Schedules() const;
 
   NvCompanyRecord& record() { return record_; }
   const NvCompanyRecord& record() const { return record_; }

@@ -11,9 +11,9 @@
 #include "store/asset/asset.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
-#include "store/file/block_chain.h"
 #include "store/company/change_log.h"
 #include "store/company/company.h"
+#include "store/file/block_chain.h"
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
 
@@ -27,7 +27,7 @@ std::span<const uint8_t> AsBytes(const std::string& s) {
 }  // namespace
 
 AssetRecordFormat NvCompany::RecordFormat() const {
-  return AssetRecordFormat::Of(record_);
+  return AssetRecordFormatOf(record_);
 }
 
 void NvCompany::MarkChanging() {

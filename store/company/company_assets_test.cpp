@@ -5,7 +5,7 @@
 
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
-#include "store/asset/asset_testing.h"
+#include "store/company/asset_testing.h"
 #include "store/company/company_check.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"

@@ -11,7 +11,7 @@
 #include <set>
 #include <thread>
 
-#include "store/asset/asset_testing.h"
+#include "store/company/asset_testing.h"
 #include "store/company/company_check.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"

@@ -10,7 +10,7 @@
 
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
-#include "store/asset/asset_testing.h"
+#include "store/company/asset_testing.h"
 #include "store/company/company_check.h"
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
@@ -64,7 +64,7 @@ class Model {
 // The descriptions of the model's assets in the order the chosen index gives them.
 std::vector<std::string> ExpectedOrder(const Model& model, const NvCompanyRecord& company,
                                        AssetOrder order) {
-  const AssetRecordFormat format = AssetRecordFormat::Of(company);
+  const AssetRecordFormat format = AssetRecordFormatOf(company);
   std::vector<std::pair<std::string, std::string>> keyed;
   for (long n : model.ids()) {
     NvAsset a = MakeAsset(company, n, model.variant(n));

@@ -343,11 +343,13 @@ void CorrectYearEnd(NvCompanyRecord* record) {
   }
 }
 
+AssetRecordFormat AssetRecordFormatOf(const NvCompanyRecord& company) {
+  return AssetRecordFormat{company.asset_no_format, company.round_dollars, company.schedule_letters,
+                           company.sort_order};
+}
+
 const ScheduleEntry* NvCompanyRecord::FindSchedule(char letter) const {
-  for (const ScheduleEntry& entry : schedules) {
-    if (entry.letter == letter) return &entry;
-  }
-  return nullptr;
+  return FindScheduleEntry(schedules, letter);
 }
 
 }  // namespace nv

@@ -47,17 +47,12 @@
 
 #include "base/date.h"
 #include "store/asset/asset_no_format.h"
+#include "store/asset/asset_record.h"
+#include "store/codes/user_fields.h"
 #include "store/file/record_fields.h"
+#include "store/schedule/schedule_entry.h"
 
 namespace nv {
-
-// One schedule (book) of the company.
-struct ScheduleEntry {
-  char letter = ' ';
-  std::string type;  // 1 or 2 characters: "B", "T", ... or a state code "CA"
-  std::string name;  // at most 10 characters
-  friend bool operator==(const ScheduleEntry&, const ScheduleEntry&) = default;
-};
 
 struct UserFieldDefinition {
   std::string name;           // at most 30 characters
@@ -65,8 +60,6 @@ struct UserFieldDefinition {
   friend bool operator==(const UserFieldDefinition&, const UserFieldDefinition&) = default;
 };
 
-inline constexpr int kMaxSchedules = 25;
-inline constexpr int kUserFieldCount = 10;
 inline constexpr int32_t kLoggingNone = 0;
 inline constexpr int32_t kLoggingPartial = 10;         // bits 1 and 3
 inline constexpr int32_t kLoggingDetailed = 0xFFFFFF;  // bits 0 to 23
@@ -116,8 +109,6 @@ inline constexpr size_t kSortOrderWidth = 3;
 inline constexpr size_t kUserFieldNameWidth = 30;
 inline constexpr size_t kUserFieldDefaultWidth = 20;
 inline constexpr size_t kMiscCodesWidth = 10;
-inline constexpr size_t kScheduleTypeWidth = 2;
-inline constexpr size_t kScheduleNameWidth = 10;
 // The letters and their blank take at least this many characters of the schedules field.
 inline constexpr size_t kScheduleLettersWidth = 7;
 // Counters (3 x u32), then the tab that ends them.
@@ -164,5 +155,8 @@ int MonthsInCurrentYear(const Date& last_closed, const Date& current_year_end);
 // Moves a Current Year End that is not after Last Closed, or more than a year after it,
 // to Last Closed plus one year. An empty or invalid Last Closed leaves it as it is.
 void CorrectYearEnd(NvCompanyRecord* record);
+
+// The form of the company's asset records.
+AssetRecordFormat AssetRecordFormatOf(const NvCompanyRecord& company);
 
 }  // namespace nv

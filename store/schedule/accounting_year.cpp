@@ -1,7 +1,5 @@
 #include "store/schedule/accounting_year.h"
 
-#include "store/company/company.h"
-
 #include <algorithm>
 #include <cassert>
 #include <climits>
@@ -140,8 +138,7 @@ void AccountingYearChain::set_current(const CustomAccountingYear* year) {
   current_ = year;
 }
 
-std::optional<AccountingYearChain> LoadCustomAccountingYear(const NvCompany& company, char letter) {
-  const std::string file = company.SettingsPath();
+std::optional<AccountingYearChain> LoadCustomAccountingYear(const std::string& file, char letter) {
   const std::string section = SectionName(letter);
   const std::vector<std::string> keys = ListProfileKeys(file, section);
   if (std::find(keys.begin(), keys.end(), kCurrentYearKey) == keys.end()) return std::nullopt;
@@ -192,9 +189,8 @@ std::string FormatAccountingYear(const CustomAccountingYear& year) {
   return value;
 }
 
-bool SaveCustomAccountingYear(const NvCompany& company, char letter,
+bool SaveCustomAccountingYear(const std::string& file, char letter,
                               const AccountingYearChain* chain) {
-  const std::string file = company.SettingsPath();
   const std::string section = SectionName(letter);
   bool ok = DeleteProfileSection(file, section);
   if (chain == nullptr || chain->current() == nullptr) return ok;

@@ -23,10 +23,7 @@
 
 #include "base/date.h"
 
-
 namespace nv {
-
-class NvCompany;
 
 inline constexpr int kEqualPeriods = 1;   // "Equal"
 inline constexpr int kPeriodsByDays = 2;  // "Days": periods weighted by their days
@@ -80,12 +77,13 @@ class AccountingYearChain {
 
 // The schedule's years from the company's settings file, or none when its section has no
 // "CurrentYear" key (or no year in it can be read).
-std::optional<AccountingYearChain> LoadCustomAccountingYear(const NvCompany& company, char letter);
+std::optional<AccountingYearChain> LoadCustomAccountingYear(const std::string& settings_file,
+                                                            char letter);
 
 // Rewrites the schedule's section from the chain's current year (none: removes it). False
 // when the file could not be written.
-bool SaveCustomAccountingYear(const NvCompany& company, char letter,
-                              const AccountingYearChain* chain);
+[[nodiscard]] bool SaveCustomAccountingYear(const std::string& settings_file, char letter,
+                                            const AccountingYearChain* chain);
 
 // One year as its settings value.
 std::string FormatAccountingYear(const CustomAccountingYear& year);

@@ -52,12 +52,12 @@ TEST(AccountingYearTest, FourQuartersAreWrittenAsTheirEndDates) {
   CustomAccountingYear quarters = Quarters2024();
   quarters.period_weight = kPeriodsByDays;
   chain.set_current(&chain.Append(quarters));
-  ASSERT_TRUE(SaveCustomAccountingYear(t.company(), 'B', &chain));
+  ASSERT_TRUE(SaveCustomAccountingYear(t.SettingsPath(), 'B', &chain));
   EXPECT_EQ(t.Settings(),
             "[Custom Accounting Year B]\r\nPeriodWeight=Days\r\n"
             "CurrentYear=12/31/2024*4:03/31/2024,06/30/2024,09/30/2024,12/31/2024\r\n");
 
-  std::optional<AccountingYearChain> read = LoadCustomAccountingYear(t.company(), 'B');
+  std::optional<AccountingYearChain> read = LoadCustomAccountingYear(t.SettingsPath(), 'B');
   ASSERT_TRUE(read);
   EXPECT_EQ(Describe(*read), "<12/31/2024:4,91,182,274,366");
   EXPECT_EQ(read->current()->period_weight, kPeriodsByDays);
@@ -74,12 +74,12 @@ TEST(AccountingYearTest, ChainIsReadInOrderAndWrittenOutwardsFromTheCurrentYear)
       "PeriodWeight=dAyS\r\n"
       "NextYear002=12/31/2025*3\r\n"
       "NextYear004=12/31/2027\r\n");
-  std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(t.company(), 'T');
+  std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(t.SettingsPath(), 'T');
   ASSERT_TRUE(chain);
   // Periods count from the end of the year before; NextYear004 follows a gap and is not read.
   EXPECT_EQ(Describe(*chain),
             "06/30/2022:4 06/30/2023 <12/31/2023:2,92,184 12/31/2024 12/31/2025:3");
-  ASSERT_TRUE(SaveCustomAccountingYear(t.company(), 'T', &*chain));
+  ASSERT_TRUE(SaveCustomAccountingYear(t.SettingsPath(), 'T', &*chain));
   EXPECT_EQ(t.Settings(),
             "[Custom Accounting Year T]\r\n"
             "PeriodWeight=Days\r\n"
@@ -97,14 +97,13 @@ TEST(AccountingYearTest, APreviousYearRemovedByHandLeavesTheOthersLinked) {
   chain.Append(Year(D(12, 31, 2022)));
   chain.Append(Year(D(12, 31, 2023)));
   chain.set_current(&chain.Append(Quarters2024()));
-  ASSERT_TRUE(SaveCustomAccountingYear(t.company(), 'A', &chain));
-  std::optional<AccountingYearChain> read = LoadCustomAccountingYear(t.company(), 'A');
+  ASSERT_TRUE(SaveCustomAccountingYear(t.SettingsPath(), 'A', &chain));
+  std::optional<AccountingYearChain> read = LoadCustomAccountingYear(t.SettingsPath(), 'A');
   ASSERT_TRUE(read);
   EXPECT_EQ(Describe(*read), Describe(chain));
 
-  ASSERT_TRUE(
-      DeleteProfileKey(t.company().SettingsPath(), "Custom Accounting Year A", "PrevYear002"));
-  read = LoadCustomAccountingYear(t.company(), 'A');
+  ASSERT_TRUE(DeleteProfileKey(t.SettingsPath(), "Custom Accounting Year A", "PrevYear002"));
+  read = LoadCustomAccountingYear(t.SettingsPath(), 'A');
   ASSERT_TRUE(read);
   EXPECT_EQ(Describe(*read), "12/31/2021 12/31/2023 <12/31/2024:4,91,182,274,366");
   EXPECT_EQ(read->current()->period_weight, kEqualPeriods);
@@ -114,20 +113,20 @@ TEST(AccountingYearTest, WithoutAReadableCurrentYear) {
   ScheduleTestCompany t;
   // The key must be spelled exactly.
   t.PutSettings("[Custom Accounting Year S]\r\ncurrentyear=12/31/2024\r\n");
-  EXPECT_FALSE(LoadCustomAccountingYear(t.company(), 'S'));
-  EXPECT_FALSE(LoadCustomAccountingYear(t.company(), 'Q'));
+  EXPECT_FALSE(LoadCustomAccountingYear(t.SettingsPath(), 'S'));
+  EXPECT_FALSE(LoadCustomAccountingYear(t.SettingsPath(), 'Q'));
 
   // An unreadable current year leaves the last previous year current.
   t.PutSettings(
       "[Custom Accounting Year S]\r\nCurrentYear=13/45/2024\r\nPrevYear001=12/31/2023\r\n"
       "PrevYear002=\r\nPrevYear003=12/31/2021*4:03/31/2021,03/31/2021,09/30/2021\r\n"
       "NextYear001=12/31/2025\r\n");
-  std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(t.company(), 'S');
+  std::optional<AccountingYearChain> chain = LoadCustomAccountingYear(t.SettingsPath(), 'S');
   ASSERT_TRUE(chain);
   // A period that does not end after the one before it ends the table.
   EXPECT_EQ(Describe(*chain), "12/31/2021:4,90 <12/31/2023 12/31/2025");
 
-  ASSERT_TRUE(SaveCustomAccountingYear(t.company(), 'S', nullptr));
+  ASSERT_TRUE(SaveCustomAccountingYear(t.SettingsPath(), 'S', nullptr));
   EXPECT_EQ(t.Settings(), "");
 }
 

@@ -85,9 +85,9 @@ std::optional<ScheduleDefinition> ReadStoredDefinition(const std::string& file, 
   return ParseDefinitionValue(letter, value, source);
 }
 
-std::string StoreOf(const NvCompany& company, int source) {
-  if (source == kThisCompanySource) return company.SettingsPath();
-  if (source == kAllCompaniesSource) return InstallationSettingsPath(company.context());
+std::string StoreOf(const CompanySchedules& company, int source) {
+  if (source == kThisCompanySource) return company.settings_file;
+  if (source == kAllCompaniesSource) return company.installation_settings_file;
   return std::string();
 }
 
@@ -110,8 +110,8 @@ bool TypesMatch(const ScheduleDefinition& definition, std::string_view type) {
 // Makes sure every schedule of the company has a definition of its type: a this-company
 // definition of another type takes the entry's type, and an entry that no source matches
 // gains a this-company definition of its own. Both are written to the company file.
-void ReconcileWithCompany(const NvCompany& company, ScheduleDefinitionList* list) {
-  const std::vector<ScheduleEntry>& entries = company.record().schedules;
+void ReconcileWithCompany(const CompanySchedules& company, ScheduleDefinitionList* list) {
+  const std::vector<ScheduleEntry>& entries = company.entries;
   const size_t count = std::min(entries.size(), static_cast<size_t>(kMaxSchedules));
   for (size_t e = 0; e < count; ++e) {
     const ScheduleEntry& entry = entries[e];
@@ -136,7 +136,9 @@ void ReconcileWithCompany(const NvCompany& company, ScheduleDefinitionList* list
       definition = {letter, type, Cut(entry.name, kScheduleDescriptionWidth), kThisCompanySource,
                     false};
     }
-    WriteScheduleDefinition(company, definition);
+    // The definition serves this list whether or not the file takes it; the next load
+    // reconciles again.
+    static_cast<void>(WriteScheduleDefinition(company, definition));
     list->Add(std::move(definition));
   }
 }
@@ -216,8 +218,8 @@ std::string InstallationSettingsPath(const InstallationContext& context) {
   return path + "KELNVWIN.INI";
 }
 
-std::optional<ScheduleDefinition> LookupScheduleDefinition(const NvCompany& company, char letter,
-                                                           int source_mask) {
+std::optional<ScheduleDefinition> LookupScheduleDefinition(const CompanySchedules& company,
+                                                           char letter, int source_mask) {
   for (int source : {kThisCompanySource, kAllCompaniesSource}) {
     if ((source_mask & source) == 0) continue;
     if (auto found = ReadStoredDefinition(StoreOf(company, source), letter, source)) return found;
@@ -230,7 +232,7 @@ std::optional<ScheduleDefinition> LookupScheduleDefinition(const NvCompany& comp
   return std::nullopt;
 }
 
-ScheduleDefinitionList LoadScheduleDefinitions(const NvCompany& company, int source_mask) {
+ScheduleDefinitionList LoadScheduleDefinitions(const CompanySchedules& company, int source_mask) {
   ScheduleDefinitionList list(ByLetterThenSource);
   if (source_mask & kStandardSource) {
     for (const ScheduleDefinition& standard : kStandardDefinitions) list.Add(standard);
@@ -246,7 +248,7 @@ ScheduleDefinitionList LoadScheduleDefinitions(const NvCompany& company, int sou
   return list;
 }
 
-bool SaveScheduleDefinitions(const NvCompany& company, const ScheduleDefinitionList& list) {
+bool SaveScheduleDefinitions(const CompanySchedules& company, const ScheduleDefinitionList& list) {
   bool ok =
       DeleteProfileSection(StoreOf(company, kAllCompaniesSource), kScheduleDefinitionsSection);
   ok =
@@ -258,7 +260,8 @@ bool SaveScheduleDefinitions(const NvCompany& company, const ScheduleDefinitionL
   return ok;
 }
 
-bool WriteScheduleDefinition(const NvCompany& company, const ScheduleDefinition& definition) {
+bool WriteScheduleDefinition(const CompanySchedules& company,
+                             const ScheduleDefinition& definition) {
   if (definition.source != kAllCompaniesSource && definition.source != kThisCompanySource) {
     return false;
   }
@@ -304,8 +307,8 @@ std::optional<std::string> StateName(std::string_view code) {
   return std::nullopt;
 }
 
-std::string CompanyScheduleName(const NvCompany& company, char letter) {
-  const ScheduleEntry* entry = company.record().FindSchedule(letter);
+std::string CompanyScheduleName(const CompanySchedules& company, char letter) {
+  const ScheduleEntry* entry = FindScheduleEntry(company.entries, letter);
   if (entry == nullptr) return std::string();
   std::string name = entry->name;
   while (!name.empty() && name.back() == ' ') name.pop_back();
@@ -313,8 +316,8 @@ std::string CompanyScheduleName(const NvCompany& company, char letter) {
   return name;
 }
 
-bool IsConsolidatedCompany(const NvCompany& company) {
-  return !ListProfileKeys(company.SettingsPath(), "Consolidated Company").empty();
+bool IsConsolidatedCompany(const std::string& settings_file) {
+  return !ListProfileKeys(settings_file, "Consolidated Company").empty();
 }
 
 }  // namespace nv

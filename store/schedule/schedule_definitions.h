@@ -20,7 +20,8 @@
 #include <string_view>
 #include <vector>
 
-#include "store/company/company.h"
+#include "base/installation_context.h"
+#include "store/schedule/schedule_entry.h"
 
 namespace nv {
 
@@ -99,21 +100,23 @@ std::string InstallationSettingsPath(const InstallationContext& context);
 
 // The definition of `letter` from the first of company file (mask bit 4), installation
 // file (bit 2) and standard table (bit 1) that has one.
-std::optional<ScheduleDefinition> LookupScheduleDefinition(const NvCompany& company, char letter,
-                                                           int source_mask);
+std::optional<ScheduleDefinition> LookupScheduleDefinition(const CompanySchedules& company,
+                                                           char letter, int source_mask);
 
 // Every definition of the requested sources, reconciled with the company's schedule
 // entries (an entry with no matching definition gains a this-company one, written to the
 // company file), effective flags set, in display order.
-ScheduleDefinitionList LoadScheduleDefinitions(const NvCompany& company, int source_mask);
+ScheduleDefinitionList LoadScheduleDefinitions(const CompanySchedules& company, int source_mask);
 
 // Replaces both stores' sections by the list's non-standard definitions. False when a file
 // could not be written.
-bool SaveScheduleDefinitions(const NvCompany& company, const ScheduleDefinitionList& list);
+[[nodiscard]] bool SaveScheduleDefinitions(const CompanySchedules& company,
+                                           const ScheduleDefinitionList& list);
 
 // Writes one definition of source 2 or 4 into its store. False for other sources, for a
 // letter that is not A to Z, or when the file could not be written.
-bool WriteScheduleDefinition(const NvCompany& company, const ScheduleDefinition& definition);
+[[nodiscard]] bool WriteScheduleDefinition(const CompanySchedules& company,
+                                           const ScheduleDefinition& definition);
 
 // "Book", "AMT", "Tax", "State", "Other", "ACE", "General", "Disposition"; empty otherwise.
 std::string ScheduleTypeName(char type);
@@ -128,9 +131,9 @@ std::optional<std::string> StateName(std::string_view code);
 
 // The company's own name of a schedule: its description without trailing blanks, with
 // "(CA)" after it for a state schedule; empty when the company has no such schedule.
-std::string CompanyScheduleName(const NvCompany& company, char letter);
+std::string CompanyScheduleName(const CompanySchedules& company, char letter);
 
 // True when the company's settings file has a "Consolidated Company" section with a key.
-bool IsConsolidatedCompany(const NvCompany& company);
+bool IsConsolidatedCompany(const std::string& settings_file);
 
 }  // namespace nv

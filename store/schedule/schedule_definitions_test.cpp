@@ -196,11 +196,11 @@ TEST(ScheduleDefinitionsTest, CompanyScheduleNamesAndConsolidation) {
   EXPECT_EQ(CompanyScheduleName(t.company(), 'X'), "Calif(CA)");
   EXPECT_EQ(CompanyScheduleName(t.company(), 'Q'), "");
 
-  EXPECT_FALSE(IsConsolidatedCompany(t.company()));
+  EXPECT_FALSE(IsConsolidatedCompany(t.SettingsPath()));
   t.PutSettings("[Consolidated Company]\r\n");
-  EXPECT_FALSE(IsConsolidatedCompany(t.company()));
+  EXPECT_FALSE(IsConsolidatedCompany(t.SettingsPath()));
   t.PutSettings("[consolidated company]\r\nCO2=1\r\n");
-  EXPECT_TRUE(IsConsolidatedCompany(t.company()));
+  EXPECT_TRUE(IsConsolidatedCompany(t.SettingsPath()));
 }
 
 }  // namespace

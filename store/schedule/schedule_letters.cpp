@@ -18,7 +18,7 @@ void MoveAfter(std::string* letters, size_t from, size_t after) {
   letters->insert(after, 1, moving);
 }
 
-bool IsAceSchedule(const NvCompany& company) {
+bool IsAceSchedule(const CompanySchedules& company) {
   std::optional<ScheduleDefinition> c = LookupScheduleDefinition(company, 'C', kAllScheduleSources);
   return c && c->type == "C";
 }
@@ -61,9 +61,11 @@ std::string RemovedLetters(std::string_view stored, std::string_view letters) {
   return removed;
 }
 
-ScheduleLettersEdit::ScheduleLettersEdit(const NvCompany& company, bool existing_company,
+ScheduleLettersEdit::ScheduleLettersEdit(CompanySchedules company, bool existing_company,
                                          size_t field_width)
-    : company_(company), existing_company_(existing_company), field_width_(field_width) {}
+    : company_(std::move(company)),
+      existing_company_(existing_company),
+      field_width_(field_width) {}
 
 std::optional<std::string> ScheduleLettersEdit::Leave(std::string_view text, Ui& ui) {
   std::string letters = AsciiUpper(TrimBlanks(text));
@@ -80,7 +82,7 @@ std::optional<std::string> ScheduleLettersEdit::Leave(std::string_view text, Ui&
     letters = std::move(*arranged);
   }
   if (existing_company_ && !removal_warned_ &&
-      !RemovedLetters(TrimBlanks(company_.record().schedule_letters), letters).empty()) {
+      !RemovedLetters(TrimBlanks(company_.letters), letters).empty()) {
     removal_warned_ = true;
     ui.Message(kRemovingSchedulesWarning);
   }
@@ -89,7 +91,7 @@ std::optional<std::string> ScheduleLettersEdit::Leave(std::string_view text, Ui&
 
 bool ScheduleLettersEdit::ConfirmSave(std::string_view letters, Ui& ui) const {
   if (!existing_company_) return true;
-  const std::string stored(TrimBlanks(company_.record().schedule_letters));
+  const std::string stored(TrimBlanks(company_.letters));
   const std::string now(TrimBlanks(letters));
   const std::string removed = RemovedLetters(stored, now);
   if (removed.empty()) return true;

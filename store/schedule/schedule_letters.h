@@ -16,7 +16,7 @@
 #include <string_view>
 
 #include "base/ui.h"
-#include "store/company/company.h"
+#include "store/schedule/schedule_entry.h"
 
 namespace nv {
 
@@ -40,8 +40,9 @@ std::string RemovedLetters(std::string_view stored, std::string_view letters);
 // One edit of a company's letters, against the letters the company record holds.
 class ScheduleLettersEdit {
  public:
-  // existing_company: the company has been saved before, so its schedules hold data.
-  ScheduleLettersEdit(const NvCompany& company, bool existing_company, size_t field_width);
+  // `company`: the company as saved. existing_company: the company has been saved before,
+  // so its schedules hold data.
+  ScheduleLettersEdit(CompanySchedules company, bool existing_company, size_t field_width);
 
   // Leaving the field: the letters trimmed, upper-cased and arranged as the rules want
   // them, or nullopt after telling the user why they cannot stand.
@@ -52,7 +53,7 @@ class ScheduleLettersEdit {
   bool ConfirmSave(std::string_view letters, Ui& ui) const;
 
  private:
-  const NvCompany& company_;
+  CompanySchedules company_;
   bool existing_company_;
   size_t field_width_;
   bool removal_warned_ = false;
