@@ -259,7 +259,7 @@ int LoadConfiguration(InstallationContext* ctx, bool load_company_list, Ui& ui, 
     // An empty data path (an undefined slot) must not fall back on the working directory.
     MasterFile master;
     const std::string& data_path = ctx->current.slot.data_path;
-    if (data_path.empty() || ReadMasterFile(data_path, &master) != kMasterFileOk) {
+    if (data_path.empty() || ReadMasterFile(data_path, &master) != MasterFileStatus::kOk) {
       ui.Message(kMasterFileMessage, "Error");
       return kMasterFileFailed;
     }

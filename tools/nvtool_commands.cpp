@@ -47,7 +47,7 @@ InstallationContext ToolContext(const std::string& folder) {
   ctx.today = Today();
   ctx.user_name = DetermineUserName(NameType::kUser);
   MasterFile master;
-  if (ReadMasterFile(dir, &master) == kMasterFileOk) {
+  if (ReadMasterFile(dir, &master) == MasterFileStatus::kOk) {
     ctx.current.subfolders = master.subfolders;
     ctx.current.companies = master.companies;
   }
@@ -209,13 +209,13 @@ int CreateFromDocument(const InstallationContext& ctx, const std::string& number
   }
   MasterFile master;
   master.subfolders = ctx.current.subfolders;
-  int rc = ReadMasterFile(ctx.data_directory(), &master);
-  if (rc != kMasterFileOk && rc != kMasterFileNotFound) {
+  const MasterFileStatus rc = ReadMasterFile(ctx.data_directory(), &master);
+  if (rc != MasterFileStatus::kOk && rc != MasterFileStatus::kNotFound) {
     err << "nvtool: cannot read " << ctx.data_directory() << kMasterFileName << "\n";
     return 1;
   }
   InsertMasterRec(&master.companies, {number, record.name});
-  if (WriteMasterFile(ctx.data_directory(), master) != kMasterFileOk) {
+  if (WriteMasterFile(ctx.data_directory(), master) != MasterFileStatus::kOk) {
     err << "nvtool: cannot write " << ctx.data_directory() << kMasterFileName << "\n";
     return 1;
   }

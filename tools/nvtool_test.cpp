@@ -134,7 +134,7 @@ TEST_F(NvtoolTest, LoadThenDumpGivesTheDocumentBack) {
   EXPECT_EQ(load.out, "created company ACME\n2 assets added, 0 refused\n");
 
   MasterFile master;
-  ASSERT_EQ(ReadMasterFile(dir_.path() + "/", &master), kMasterFileOk);
+  ASSERT_EQ(ReadMasterFile(dir_.path() + "/", &master), MasterFileStatus::kOk);
   ASSERT_EQ(master.companies.size(), 1u);
   EXPECT_EQ(master.companies[0].number, "ACME");
 
@@ -225,7 +225,7 @@ TEST_F(NvtoolTest, CheckFindsADamagedIndex) {
 TEST_F(NvtoolTest, CompaniesInSubfolders) {
   MasterFile master;
   master.subfolders = true;
-  ASSERT_EQ(WriteMasterFile(dir_.path() + "/", master), kMasterFileOk);
+  ASSERT_EQ(WriteMasterFile(dir_.path() + "/", master), MasterFileStatus::kOk);
   ASSERT_EQ(Nvtool({"load", dir_.path(), "ACME", Write("a.json", kDocument)}).status, 0);
   EXPECT_TRUE(std::filesystem::exists(dir_.File("ACME.CLT/ACME.A")));
   EXPECT_EQ(Nvtool({"check", dir_.path(), "ACME"}).status, 0);

@@ -42,12 +42,12 @@ bool RenumberInMasterFile(const InstallationContext& context, const std::string&
                           const std::string& new_number, const std::string& name) {
   MasterFile master;
   master.subfolders = context.current.subfolders;
-  int rc = ReadMasterFile(context.data_directory(), &master);
-  if (rc != kMasterFileOk && rc != kMasterFileNotFound) return false;
+  const MasterFileStatus rc = ReadMasterFile(context.data_directory(), &master);
+  if (rc != MasterFileStatus::kOk && rc != MasterFileStatus::kNotFound) return false;
   std::erase_if(master.companies,
                 [&](const NvMasterRec& c) { return EqualIgnoringCase(c.number, old_number); });
   InsertMasterRec(&master.companies, {new_number, name});
-  return WriteMasterFile(context.data_directory(), master) == kMasterFileOk;
+  return WriteMasterFile(context.data_directory(), master) == MasterFileStatus::kOk;
 }
 
 }  // namespace

@@ -37,13 +37,13 @@ bool ListCompanyInMasterFile(const InstallationContext& context, const std::stri
                              const std::string& name) {
   MasterFile master;
   master.subfolders = context.current.subfolders;
-  int rc = ReadMasterFile(context.data_directory(), &master);
-  if (rc != kMasterFileOk && rc != kMasterFileNotFound) return false;
+  const MasterFileStatus rc = ReadMasterFile(context.data_directory(), &master);
+  if (rc != MasterFileStatus::kOk && rc != MasterFileStatus::kNotFound) return false;
   for (const NvMasterRec& listed : master.companies) {
     if (EqualIgnoringCase(listed.number, number)) return true;
   }
   InsertMasterRec(&master.companies, {number, name});
-  return WriteMasterFile(context.data_directory(), master) == kMasterFileOk;
+  return WriteMasterFile(context.data_directory(), master) == MasterFileStatus::kOk;
 }
 
 namespace {
@@ -84,7 +84,7 @@ CompanySelectionResult SelectCompany(const InstallationContext& context, Ui& ui,
                                      std::string_view title, bool offer_new) {
   CompanySelectionResult result;
   MasterFile master;
-  if (ReadMasterFile(context.data_directory(), &master) != kMasterFileOk) {
+  if (ReadMasterFile(context.data_directory(), &master) != MasterFileStatus::kOk) {
     master.companies = context.current.companies;
   }
   if (master.companies.empty() && !offer_new) {

@@ -28,9 +28,10 @@ class CompanySelectionTest : public ::testing::Test {
     ASSERT_EQ(company.Create({number, name}, NvCompany::kOpenI1 | NvCompany::kOpenI2), 0);
     MasterFile master;
     master.subfolders = ctx_.current.subfolders;
-    ReadMasterFile(ctx_.data_directory(), &master);
+    // The first company of a test makes the list.
+    static_cast<void>(ReadMasterFile(ctx_.data_directory(), &master));
     InsertMasterRec(&master.companies, {number, name});
-    ASSERT_EQ(WriteMasterFile(ctx_.data_directory(), master), kMasterFileOk);
+    ASSERT_EQ(WriteMasterFile(ctx_.data_directory(), master), MasterFileStatus::kOk);
   }
   std::string Path(const std::string& name) const { return dir_.File(name); }
 
@@ -170,7 +171,7 @@ TEST_F(CompanySelectionTest, ChangeNumberMovesFilesLockAndListEntry) {
   EXPECT_TRUE(lock_.held());
   EXPECT_EQ(lock_.held_path(), Path("NEW1.clt/NEW1.LOK"));
   MasterFile master;
-  ASSERT_EQ(ReadMasterFile(ctx_.data_directory(), &master), kMasterFileOk);
+  ASSERT_EQ(ReadMasterFile(ctx_.data_directory(), &master), MasterFileStatus::kOk);
   ASSERT_EQ(master.companies.size(), 2u);
   EXPECT_EQ(master.companies[0].number, "NEW1");
   EXPECT_EQ(master.companies[0].name, "Acme Tools");

@@ -251,8 +251,7 @@ int SaveAccountGroups(std::string_view company_folder, std::string_view number,
     PutPadded(&out, group.description, kAccountGroupDescriptionWidth);
     for (const std::string& account : group.accounts) PutPadded(&out, account, kAccountWidth);
   }
-  if (!WriteFileAtomically(AccountGroupPath(company_folder, number), out))
-    return kAccountGroupFileNotCreated;
+  if (!WriteFileAtomically(AccountGroupPath(company_folder, number), out)) return kFileNotCreated;
   return static_cast<int>(list.groups.size());
 }
 

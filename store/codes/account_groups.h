@@ -33,6 +33,8 @@
 #include <string_view>
 #include <vector>
 
+#include "store/file/status.h"
+
 namespace nv {
 
 inline constexpr size_t kAccountGroupCodeWidth = 24;
@@ -45,7 +47,6 @@ inline constexpr size_t kAccountGroupOptionWidth = 100;
 inline constexpr size_t kAccountGroupRecordSize =
     kAccountGroupCodeWidth + kAccountGroupDescriptionWidth + kAccountGroupAccounts * kAccountWidth;
 static_assert(kAccountGroupRecordSize == 448);
-inline constexpr int kAccountGroupFileNotCreated = -13;
 
 struct AccountGroup {
   std::string code;                                         // at most 24 characters
@@ -75,7 +76,7 @@ void SetAccountGroupDefaults(std::string_view company_folder, std::string_view n
 int LoadAccountGroups(std::string_view company_folder, std::string_view number,
                       AccountGroupList* list);
 // Writes the list in the current format, replacing the file. Returns the number of groups
-// written or kAccountGroupFileNotCreated.
+// written or kFileNotCreated.
 [[nodiscard]] int SaveAccountGroups(std::string_view company_folder, std::string_view number,
                                     const AccountGroupList& list);
 

@@ -152,7 +152,7 @@ TEST_F(AccountGroupFileTest, OlderFormatsAndCodelessFiles) {
 
 TEST_F(AccountGroupFileTest, UnwritableFileFails) {
   EXPECT_EQ(SaveAccountGroups(dir_.path() + "/missing/", "CO1", AccountGroupList()),
-            kAccountGroupFileNotCreated);
+            kFileNotCreated);
 }
 
 TEST(AccountGroupLookupTest, PreferredCodeGetsSuffixesWhenTaken) {

@@ -198,7 +198,7 @@ int SaveLocCatList(const std::string& path, const NvLocCatList& list) {
     out += entry.description;
     out += "\r\n";
   }
-  if (!WriteFileAtomically(path, out)) return kLocCatFileNotCreated;
+  if (!WriteFileAtomically(path, out)) return kFileNotCreated;
   return static_cast<int>(list.size());
 }
 

@@ -27,11 +27,12 @@
 #include <string_view>
 #include <vector>
 
+#include "store/file/status.h"
+
 namespace nv {
 
 inline constexpr size_t kLocCatCodeWidth = 10;
 inline constexpr size_t kLocCatDescriptionWidth = 25;
-inline constexpr int kLocCatFileNotCreated = -13;
 
 // Which list: locations or categories.
 inline constexpr char kLocations = 'L';
@@ -92,7 +93,7 @@ std::string LocCatFilePath(const LocCatFiles& files, char which);
 // file gives an empty list. Returns the number of entries.
 int LoadLocCatList(const std::string& path, NvLocCatList* list);
 // Writes the list in its order, replacing the file. Returns the number of entries written
-// or kLocCatFileNotCreated.
+// or kFileNotCreated.
 [[nodiscard]] int SaveLocCatList(const std::string& path, const NvLocCatList& list);
 
 // The entry whose code equals `code` in the list's order, or nullptr. The pointer lives

@@ -168,7 +168,7 @@ TEST_F(LocCatListTest, MissingFileReadsEmptyAndUncreatableFileFails) {
   EXPECT_TRUE(list.empty());
 
   list.Append("1", "one");
-  EXPECT_EQ(SaveLocCatList(dir_.path() + "/missing/CO1.LOC", list), kLocCatFileNotCreated);
+  EXPECT_EQ(SaveLocCatList(dir_.path() + "/missing/CO1.LOC", list), kFileNotCreated);
   EXPECT_EQ(list.size(), 1u);
 }
 

@@ -400,10 +400,10 @@ bool DeleteCompanyFiles(const InstallationContext& context, std::string_view num
     if (error) ok = false;
   }
   MasterFile master;
-  if (ReadMasterFile(context.data_directory(), &master) == kMasterFileOk) {
+  if (ReadMasterFile(context.data_directory(), &master) == MasterFileStatus::kOk) {
     std::erase_if(master.companies,
                   [&](const NvMasterRec& c) { return EqualIgnoringCase(c.number, upper); });
-    if (WriteMasterFile(context.data_directory(), master) != kMasterFileOk) ok = false;
+    if (WriteMasterFile(context.data_directory(), master) != MasterFileStatus::kOk) ok = false;
   }
   return ok;
 }

@@ -22,28 +22,11 @@
 #include "store/company/company_record.h"
 #include "store/file/btree_file.h"
 #include "store/file/rec_file.h"
+#include "store/file/status.h"
 #include "store/schedule/accounting_year.h"
 #include "store/schedule/schedule_entry.h"
 
 namespace nv {
-
-// Status codes of the company operations, beside those of store/file/status.h.
-inline constexpr int kCloseBlockFileFailed = -1;
-inline constexpr int kCloseI1Failed = -2;
-inline constexpr int kCloseI2Failed = -3;
-inline constexpr int kNoCompany = -12;
-inline constexpr int kBlockFileMissing = -51;  // block file missing or unreadable
-inline constexpr int kI1Failed = -52;
-inline constexpr int kI2Failed = -53;
-inline constexpr int kNewerVersion = -111;  // newer version, or the upgrade was declined
-// -110 .. -119: the index files need a rebuild (company selection offers a quick one).
-inline constexpr int kFirstRebuildStatus = -119;
-inline constexpr int kLastRebuildStatus = -110;
-// Asset operations.
-inline constexpr int kInvalidAsset = -100;     // invalid asset number, or no record
-inline constexpr int kNumberKeyFailed = -102;  // .I1 key not deleted; invalid number on find
-inline constexpr int kSortKeyFailed = -103;    // .I2 key not deleted
-inline constexpr int kI2NotOpen = -113;
 
 // Which index a step through the assets follows.
 enum class AssetOrder { kNumber, kSort };

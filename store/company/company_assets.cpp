@@ -54,7 +54,7 @@ int NvCompany::AddAsset(NvAsset* asset) {
     return status;
   };
   if (!i1_.is_open()) return give_back(kBadHeaderI1);
-  if (!i2_.is_open()) return give_back(kI2NotOpen);
+  if (!i2_.is_open()) return give_back(kBadHeaderI2);
   const AssetRecordFormat format = RecordFormat();
   asset->number = asset->number.InFormat(format.asset_no_format);
   if (!asset->number.valid()) return give_back(kInvalidAsset);
@@ -86,7 +86,7 @@ int NvCompany::AddAsset(NvAsset* asset) {
 int NvCompany::ReplaceAsset(NvAsset* asset) {
   if (asset->record_number == 0) return kInvalidAsset;
   if (!i1_.is_open()) return kBadHeaderI1;
-  if (!i2_.is_open()) return kI2NotOpen;
+  if (!i2_.is_open()) return kBadHeaderI2;
   MarkChanging();
   const AssetRecordFormat format = RecordFormat();
   asset->number = asset->number.InFormat(format.asset_no_format);
@@ -192,7 +192,7 @@ void NvCompany::ResetAssetWalk() {
 
 int NvCompany::Step(AssetOrder order, bool forward, NvAsset* asset) {
   NvBTreeFile& index = order == AssetOrder::kNumber ? i1_ : i2_;
-  if (!index.is_open()) return order == AssetOrder::kNumber ? kBadHeaderI1 : kI2NotOpen;
+  if (!index.is_open()) return order == AssetOrder::kNumber ? kBadHeaderI1 : kBadHeaderI2;
   uint32_t record = 0;
   int rc = forward ? index.Next(&record) : index.Previous(&record);
   if (rc != kOk) return rc;
@@ -286,7 +286,7 @@ int NvCompany::RecoverInterruptedRun() {
                 kBadHeaderI1) != kOk) {
     return kI1Failed;
   }
-  if (i2.Create(FilePath("I2"), I2KeyLength(true, record_.sort_order, f.IsLong()), kI2NotOpen) !=
+  if (i2.Create(FilePath("I2"), I2KeyLength(true, record_.sort_order, f.IsLong()), kBadHeaderI2) !=
       kOk) {
     return kI2Failed;
   }

@@ -300,14 +300,14 @@ TEST_F(CompanyTest, SubfoldersDeleteAndNumbers) {
   master.subfolders = true;
   InsertMasterRec(&master.companies, {"ACME", "Acme"});
   InsertMasterRec(&master.companies, {"ZED", "Zed"});
-  ASSERT_EQ(WriteMasterFile(ctx_.data_directory(), master), kMasterFileOk);
+  ASSERT_EQ(WriteMasterFile(ctx_.data_directory(), master), MasterFileStatus::kOk);
   ASSERT_EQ(CreateCompany("ACME", SmallRecord()), 0);
   EXPECT_TRUE(std::filesystem::exists(File("ACME.CLT/ACME.A")));
   EXPECT_EQ(CompanyFolder(ctx_, "acme"), File("ACME.CLT/"));
 
   EXPECT_TRUE(DeleteCompanyFiles(ctx_, "acme"));
   EXPECT_FALSE(std::filesystem::exists(File("ACME.CLT")));
-  ASSERT_EQ(ReadMasterFile(ctx_.data_directory(), &master), kMasterFileOk);
+  ASSERT_EQ(ReadMasterFile(ctx_.data_directory(), &master), MasterFileStatus::kOk);
   ASSERT_EQ(master.companies.size(), 1u);
   EXPECT_EQ(master.companies[0].number, "ZED");
 

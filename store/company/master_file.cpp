@@ -22,15 +22,15 @@ NvMasterRec Normalized(NvMasterRec company) {
 
 }  // namespace
 
-int ReadMasterFile(const std::string& data_directory, MasterFile* master) {
+MasterFileStatus ReadMasterFile(const std::string& data_directory, MasterFile* master) {
   std::optional<CommaTextReader> reader =
       CommaTextReader::Open(PathIgnoringCase(data_directory, kMasterFileName));
-  if (!reader) return kMasterFileNotFound;
+  if (!reader) return MasterFileStatus::kNotFound;
   std::optional<std::vector<std::string>> header = reader->ReadLine();
-  if (!header) return kMasterFileUnreadable;
+  if (!header) return MasterFileStatus::kUnreadable;
   const std::string_view count = TrimBlanks(header->front());
   if (count.empty() || !std::isdigit(static_cast<unsigned char>(count.front()))) {
-    return kMasterFileUnreadable;
+    return MasterFileStatus::kUnreadable;
   }
   MasterFile read;
   read.subfolders = count.back() == 'S' || count.back() == 's';
@@ -44,10 +44,10 @@ int ReadMasterFile(const std::string& data_directory, MasterFile* master) {
   }
   SortMasterRecs(&read.companies);
   *master = std::move(read);
-  return kMasterFileOk;
+  return MasterFileStatus::kOk;
 }
 
-int WriteMasterFile(const std::string& data_directory, const MasterFile& master) {
+MasterFileStatus WriteMasterFile(const std::string& data_directory, const MasterFile& master) {
   CommaTextWriter writer;
   std::string count = std::to_string(master.companies.size());
   if (master.subfolders) count += " S";
@@ -59,7 +59,8 @@ int WriteMasterFile(const std::string& data_directory, const MasterFile& master)
     writer.EndLine(kMasterLineColumn);
   }
   const std::string path = PathIgnoringCase(data_directory, kMasterFileName);
-  return WriteFileAtomically(path, writer.text()) ? kMasterFileOk : kMasterFileWriteFailed;
+  return WriteFileAtomically(path, writer.text()) ? MasterFileStatus::kOk
+                                                  : MasterFileStatus::kWriteFailed;
 }
 
 void SortMasterRecs(MasterRecArray* companies) {

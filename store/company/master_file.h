@@ -23,11 +23,14 @@ inline constexpr size_t kMasterNumberLength = 8;
 inline constexpr size_t kMasterNameLength = 40;
 inline constexpr size_t kMasterLineColumn = 58;
 
-// Status of the company-list operations; negative is failure.
-inline constexpr int kMasterFileOk = 0;
-inline constexpr int kMasterFileNotFound = -30;   // no MASTER.A in the data directory
-inline constexpr int kMasterFileUnreadable = -1;  // empty, or its first line is not a count
-inline constexpr int kMasterFileWriteFailed = -2;
+// Outcome of the company-list operations. The list is this program's own business, not a
+// store status with a number of the layouts.
+enum class [[nodiscard]] MasterFileStatus{
+    kOk,
+    kNotFound,    // no MASTER.A in the data directory
+    kUnreadable,  // empty, or its first line is not a count
+    kWriteFailed,
+};
 
 struct MasterFile {
   bool subfolders = false;
@@ -35,10 +38,10 @@ struct MasterFile {
 };
 
 // Reads data_directory + MASTER.A (the name matched ignoring case).
-int ReadMasterFile(const std::string& data_directory, MasterFile* master);
+MasterFileStatus ReadMasterFile(const std::string& data_directory, MasterFile* master);
 
 // Writes the list as it stands (callers keep it sorted) to data_directory + MASTER.A.
-int WriteMasterFile(const std::string& data_directory, const MasterFile& master);
+MasterFileStatus WriteMasterFile(const std::string& data_directory, const MasterFile& master);
 
 // Inserts a company at its place in natural order of company number, number upper-cased
 // and both texts cut to their widths. A company with the same number (ignoring case) is

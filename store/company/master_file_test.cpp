@@ -32,14 +32,14 @@ TEST(MasterFileTest, WritesCountLinePaddedCompanyLinesAndCrLf) {
   InsertMasterRec(&master.companies, {"co10", "Tenth Company"});
   InsertMasterRec(&master.companies, {"CO2", "Second"});
   InsertMasterRec(&master.companies, {"ABCDEFGHIJ", std::string(45, 'n')});
-  ASSERT_EQ(WriteMasterFile(folder, master), kMasterFileOk);
+  ASSERT_EQ(WriteMasterFile(folder, master), MasterFileStatus::kOk);
   EXPECT_EQ(Slurp(folder + "MASTER.A"),
             "\"3 S\"\r\n" + PaddedLine("\"ABCDEFGH\",\"" + std::string(40, 'n') + "\"") +
                 PaddedLine("\"CO2\",\"Second\"") + PaddedLine("\"CO10\",\"Tenth Company\""));
 
   master.subfolders = false;
   master.companies.clear();
-  ASSERT_EQ(WriteMasterFile(folder, master), kMasterFileOk);
+  ASSERT_EQ(WriteMasterFile(folder, master), MasterFileStatus::kOk);
   EXPECT_EQ(Slurp(folder + "MASTER.A"), "\"0\"\r\n");
 }
 
@@ -53,7 +53,7 @@ TEST(MasterFileTest, ReadsUpperCasesSortsAndOnlyTrailingSCounts) {
           "\r\n" + PaddedLine("\"  \",\"no number\"") + "\"longnumber1\",\"" +
           std::string(50, 'x') + "\"\n" + "\"A1\"\x1a\"ZZ\",\"after the end mark\"\r\n");
   MasterFile master;
-  ASSERT_EQ(ReadMasterFile(folder, &master), kMasterFileOk);
+  ASSERT_EQ(ReadMasterFile(folder, &master), MasterFileStatus::kOk);
   EXPECT_TRUE(master.subfolders);
   ASSERT_EQ(master.companies.size(), 4u);
   EXPECT_EQ(master.companies[0].number, "A1");
@@ -65,7 +65,7 @@ TEST(MasterFileTest, ReadsUpperCasesSortsAndOnlyTrailingSCounts) {
   EXPECT_EQ(master.companies[3].name, std::string(40, 'x'));
 
   Put(folder + "master.a", "\"2 s3\"\r\n");  // S not at the end: no subfolders
-  ASSERT_EQ(ReadMasterFile(folder, &master), kMasterFileOk);
+  ASSERT_EQ(ReadMasterFile(folder, &master), MasterFileStatus::kOk);
   EXPECT_FALSE(master.subfolders);
   EXPECT_TRUE(master.companies.empty());
 }
@@ -75,14 +75,14 @@ TEST(MasterFileTest, MissingOrUnreadableFileFailsAndLeavesTheListAlone) {
   const std::string folder = dir.path() + "/";
   MasterFile master;
   master.companies.push_back({"KEEP", "kept"});
-  EXPECT_EQ(ReadMasterFile(folder, &master), kMasterFileNotFound);
+  EXPECT_EQ(ReadMasterFile(folder, &master), MasterFileStatus::kNotFound);
   Put(folder + "MASTER.A", "");
-  EXPECT_EQ(ReadMasterFile(folder, &master), kMasterFileUnreadable);
+  EXPECT_EQ(ReadMasterFile(folder, &master), MasterFileStatus::kUnreadable);
   Put(folder + "MASTER.A", "\"CO1\",\"no count line\"\r\n");
-  EXPECT_EQ(ReadMasterFile(folder, &master), kMasterFileUnreadable);
+  EXPECT_EQ(ReadMasterFile(folder, &master), MasterFileStatus::kUnreadable);
   ASSERT_EQ(master.companies.size(), 1u);
   EXPECT_EQ(master.companies[0].number, "KEEP");
-  EXPECT_EQ(WriteMasterFile(folder + "missing/", master), kMasterFileWriteFailed);
+  EXPECT_EQ(WriteMasterFile(folder + "missing/", master), MasterFileStatus::kWriteFailed);
 }
 
 TEST(MasterFileTest, InsertReplacesTheSameNumberIgnoringCase) {
