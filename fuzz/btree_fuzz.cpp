@@ -6,8 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include <unistd.h>
-
+#include "fuzz/fuzz_scratch.h"
 #include "store/file/btree_file.h"
 #include "store/file/status.h"
 #include "store/file/structure_check.h"
@@ -28,13 +27,7 @@ constexpr Shape kShapes[] = {
 };
 
 std::string TempPath() {
-  static std::string path = [] {
-    char name[] = "/tmp/btree_fuzz_XXXXXX";
-    int fd = mkstemp(name);
-    if (fd >= 0) close(fd);
-    return std::string(name);
-  }();
-  return path;
+  return nv::fuzzing::ScratchFolder("btree") + "input";
 }
 
 std::string KeyFor(uint32_t i, uint32_t length) {

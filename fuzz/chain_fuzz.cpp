@@ -6,9 +6,8 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include "base/coding.h"
+#include "fuzz/fuzz_scratch.h"
 #include "store/file/block_chain.h"
 #include "store/file/rec_file.h"
 #include "store/file/structure_check.h"
@@ -16,13 +15,7 @@
 namespace {
 
 std::string TempPath() {
-  static std::string path = [] {
-    char name[] = "/tmp/chain_fuzz_XXXXXX";
-    int fd = mkstemp(name);
-    if (fd >= 0) close(fd);
-    return std::string(name);
-  }();
-  return path;
+  return nv::fuzzing::ScratchFolder("chain") + "input";
 }
 
 }  // namespace
