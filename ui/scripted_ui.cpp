@@ -1,12 +1,11 @@
 #include "ui/scripted_ui.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <ostream>
 #include <utility>
 
+#include "base/file_util.h"
 #include "base/str_format.h"
 
 namespace nv {
@@ -154,21 +153,6 @@ std::string DescribeAnswer(const ScriptAnswer& a) {
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
 }
 
-// Reads a file whole; false with errno set when it cannot be opened or read (a folder
-// opens on this platform but fails to read).
-bool ReadWholeFile(const std::string& path, std::string* content) {
-  std::FILE* file = std::fopen(path.c_str(), "rb");
-  if (!file) return false;
-  char buffer[8192];
-  size_t got;
-  while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) content->append(buffer, got);
-  bool ok = !std::ferror(file);
-  int read_errno = errno;
-  std::fclose(file);
-  errno = read_errno;
-  return ok;
-}
-
 class ScriptedProgress : public ProgressMeter {
  public:
   ScriptedProgress(std::shared_ptr<ScriptedUi::Log> log, std::string_view title,
@@ -272,12 +256,14 @@ std::unique_ptr<ScriptedUi> ScriptedUi::FromString(std::string_view text, std::s
 }
 
 std::unique_ptr<ScriptedUi> ScriptedUi::FromFile(const std::string& path, std::string* error_text) {
-  std::string content;
-  if (!ReadWholeFile(path, &content)) {
-    *error_text =
-        StrPrintf("%s: cannot read the answers file (%s)\n", path.c_str(), std::strerror(errno));
+  bool missing = false;
+  std::optional<std::string> read = ReadFileBytes(path, &missing);
+  if (!read) {
+    *error_text = StrPrintf("%s: cannot read the answers file (%s)\n", path.c_str(),
+                            missing ? "no such file" : "not a readable file");
     return nullptr;
   }
+  const std::string content = std::move(*read);
   std::vector<ScriptError> errors;
   std::optional<AnswerScript> script = ParseAnswerScript(content, &errors);
   if (!script) {
