@@ -36,6 +36,21 @@ bool PathNamesDescriptor(const std::string& path, int fd) {
 
 }  // namespace
 
+std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode, bool* missing) {
+  assert(mode == File::Mode::kRead || mode == File::Mode::kOpenOrCreate);
+  *missing = false;
+  for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+    std::optional<File> file = File::Open(path, mode, missing);
+    if (!file) return std::nullopt;
+    struct flock lock = WholeFileLock(mode == File::Mode::kRead ? F_RDLCK : F_WRLCK);
+    if (::fcntl(file->handle(), F_OFD_SETLK, &lock) != 0) return std::nullopt;
+    // Another process may have deleted or replaced the file between our open and our
+    // lock; then the lock guards nothing and we try the file now at the path.
+    if (PathNamesDescriptor(path, file->handle())) return file;
+  }
+  return std::nullopt;
+}
+
 LockFile::LockFile(LockFile&& other) noexcept : fd_(other.fd_), path_(std::move(other.path_)) {
   other.fd_ = -1;
 }

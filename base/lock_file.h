@@ -17,6 +17,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/file.h"
+
 namespace nv {
 
 enum class LockStatus {
@@ -24,6 +26,15 @@ enum class LockStatus {
   kHeldByOther,  // another open of the file holds the lock
   kError,        // the file cannot be created or opened, or kept changing under us
 };
+
+// Opens a file for one operation the way a Windows open with share modes does: for
+// reading (kRead) others may read but not write; for writing (kOpenOrCreate) nobody else
+// may open it. On this platform that is a shared or an exclusive open-file-description
+// lock on the whole file, taken without waiting, and checked, as above, to be on the file
+// the path names. An empty optional when the file cannot be opened or someone else's
+// open excludes ours; *missing tells whether the file (or its folder) does not exist.
+// REQUIRES: mode is File::Mode::kRead or File::Mode::kOpenOrCreate.
+std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode, bool* missing);
 
 class LockFile {
  public:

@@ -62,22 +62,11 @@ std::vector<std::string> CompanyEntries(const std::string& folder, std::string_v
   return names;
 }
 
-bool IsFolder(const std::string& path) {
-  struct stat st;
-  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
 bool CanOpen(const std::string& path, bool read_only) {
   int fd = ::open(path.c_str(), (read_only ? O_RDONLY : O_RDWR) | O_CLOEXEC);
   if (fd < 0) return false;
   ::close(fd);
   return !IsFolder(path);
-}
-
-bool CopyFileBytes(const std::string& from, const std::string& to) {
-  std::error_code error;
-  return std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing,
-                                    error);
 }
 
 }  // namespace

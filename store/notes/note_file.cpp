@@ -1,54 +1,23 @@
 #include "store/notes/note_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <time.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cassert>
-#include <cerrno>
 #include <tuple>
 #include <unordered_set>
 #include <utility>
 
 #include "base/ascii.h"
 #include "base/coding.h"
+#include "base/lock_file.h"
 #include "base/str_format.h"
 #include "store/file/status.h"
 
 namespace nv {
 namespace {
 
-// How often the file may be replaced between our open and our lock before we give up.
-constexpr int kMaxOpenAttempts = 50;
 constexpr int kSecondsPerDay = 24 * 60 * 60;
-
-bool ReadAt(int fd, void* buffer, size_t count, uint64_t offset) {
-  auto* out = static_cast<char*>(buffer);
-  while (count > 0) {
-    ssize_t n = ::pread(fd, out, count, static_cast<off_t>(offset));
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) return false;
-    out += n;
-    count -= static_cast<size_t>(n);
-    offset += static_cast<uint64_t>(n);
-  }
-  return true;
-}
-
-bool WriteAt(int fd, const void* buffer, size_t count, uint64_t offset) {
-  auto* in = static_cast<const char*>(buffer);
-  while (count > 0) {
-    ssize_t n = ::pwrite(fd, in, count, static_cast<off_t>(offset));
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) return false;
-    in += n;
-    count -= static_cast<size_t>(n);
-    offset += static_cast<uint64_t>(n);
-  }
-  return true;
-}
 
 auto When(const Note& note) {
   return std::tie(note.date, note.seconds);
@@ -75,40 +44,15 @@ NoteFile::~NoteFile() {
 // ---- Opening and locking ----
 
 bool NoteFile::Open(Access access, bool* missing) {
-  *missing = false;
-  const bool write = access == Access::kWrite;
-  for (int attempt = 0; attempt < kMaxOpenAttempts; ++attempt) {
-    int fd = ::open(path_.c_str(), (write ? O_RDWR | O_CREAT : O_RDONLY) | O_CLOEXEC, 0666);
-    if (fd < 0) {
-      *missing = !write && errno == ENOENT;
-      return false;
-    }
-    struct flock lock = {};
-    lock.l_type = write ? F_WRLCK : F_RDLCK;
-    lock.l_whence = SEEK_SET;  // l_start 0, l_len 0: the whole file; l_pid 0 as OFD wants
-    struct stat by_fd;
-    struct stat by_path;
-    if (::fcntl(fd, F_OFD_SETLK, &lock) != 0 || ::fstat(fd, &by_fd) != 0 ||
-        !S_ISREG(by_fd.st_mode)) {
-      ::close(fd);
-      return false;
-    }
-    // Another process may have deleted or replaced the file between our open and our
-    // lock; then the lock guards nothing and we try the file now at the path.
-    if (::stat(path_.c_str(), &by_path) == 0 && by_path.st_dev == by_fd.st_dev &&
-        by_path.st_ino == by_fd.st_ino) {
-      fd_ = fd;
-      size_ = static_cast<uint64_t>(by_fd.st_size);
-      return true;
-    }
-    ::close(fd);
-  }
-  return false;
+  file_ = OpenWithoutSharing(
+      path_, access == Access::kWrite ? File::Mode::kOpenOrCreate : File::Mode::kRead, missing);
+  if (!file_) return false;
+  size_ = file_->Size().value_or(0);
+  return true;
 }
 
 void NoteFile::Close() {
-  if (fd_ >= 0) ::close(fd_);  // lets go of the lock
-  fd_ = -1;
+  file_.reset();  // lets go of the lock
   size_ = 0;
 }
 
@@ -131,7 +75,7 @@ void NoteFile::ReadRec(uint64_t position, NoteFileRec* rec) {
   rec->body.clear();
   if (position >= size_ || size_ - position < NoteFileRec::kFrameBytes) return;
   uint8_t frame[NoteFileRec::kFrameBytes];
-  if (!ReadAt(fd_, frame, sizeof frame, position)) return;
+  if (!file_->ReadAt(position, frame, sizeof frame)) return;
   int type = NoteFileRec::TypeOfTag(
       std::string_view(reinterpret_cast<const char*>(frame), NoteFileRec::kTagBytes));
   int32_t length = static_cast<int32_t>(DecodeU32(frame + NoteFileRec::kTagBytes));
@@ -142,7 +86,7 @@ void NoteFile::ReadRec(uint64_t position, NoteFileRec* rec) {
     return;
   }
   rec->body.resize(static_cast<size_t>(length));
-  if (!ReadAt(fd_, rec->body.data(), rec->body.size(), position + NoteFileRec::kFrameBytes)) {
+  if (!file_->ReadAt(position + NoteFileRec::kFrameBytes, rec->body.data(), rec->body.size())) {
     rec->body.clear();
     return;
   }
@@ -152,7 +96,7 @@ void NoteFile::ReadRec(uint64_t position, NoteFileRec* rec) {
 
 bool NoteFile::WriteRec(const NoteFileRec& rec) {
   std::string bytes = rec.Bytes();
-  if (!WriteAt(fd_, bytes.data(), bytes.size(), rec.position)) return false;
+  if (!file_->WriteAt(rec.position, bytes.data(), bytes.size())) return false;
   size_ = std::max(size_, rec.position + bytes.size());
   return true;
 }
@@ -165,7 +109,7 @@ bool NoteFile::AppendRec(NoteFileRec* rec) {
 bool NoteFile::WritePosition(uint64_t at, uint64_t position) {
   uint8_t field[8];
   EncodeNotePosition(field, position);
-  return at < size_ && size_ - at >= sizeof field && WriteAt(fd_, field, sizeof field, at);
+  return at < size_ && size_ - at >= sizeof field && file_->WriteAt(at, field, sizeof field);
 }
 
 bool NoteFile::ReadFirst(NoteFileFirstRec* first) {

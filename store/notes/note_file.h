@@ -70,6 +70,7 @@
 #include <vector>
 
 #include "base/date.h"
+#include "base/file.h"
 #include "store/notes/note_file_records.h"
 
 namespace nv {
@@ -163,8 +164,8 @@ class NoteFile {
 
   std::string path_;
   uint32_t key_size_;
-  int fd_ = -1;
-  uint64_t size_ = 0;  // file size while open
+  std::optional<File> file_;  // open, and locked, for one operation
+  uint64_t size_ = 0;         // file size while open
 };
 
 // The path of the file a note stands for: a text beginning "<file:" (ignoring case) names
