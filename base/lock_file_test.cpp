@@ -214,5 +214,26 @@ TEST(LockFile, ManyProcessesNeverHoldAtOnce) {
   ::munmap(memory, sizeof(Shared));
 }
 
+TEST(OpenWithoutSharing, ReadersShareAndAWriterExcludesEveryone) {
+  TempDir dir;
+  const std::string path = dir.File("CO1.NOT");
+  bool missing = false;
+  EXPECT_FALSE(OpenWithoutSharing(path, File::Mode::kRead, &missing));
+  EXPECT_TRUE(missing);
+  {
+    std::optional<File> writer = OpenWithoutSharing(path, File::Mode::kOpenOrCreate, &missing);
+    ASSERT_TRUE(writer);
+    EXPECT_FALSE(OpenWithoutSharing(path, File::Mode::kRead, &missing));
+    EXPECT_FALSE(missing);
+    EXPECT_FALSE(OpenWithoutSharing(path, File::Mode::kOpenOrCreate, &missing));
+  }
+  std::optional<File> reader = OpenWithoutSharing(path, File::Mode::kRead, &missing);
+  ASSERT_TRUE(reader);
+  EXPECT_TRUE(OpenWithoutSharing(path, File::Mode::kRead, &missing));
+  EXPECT_FALSE(OpenWithoutSharing(path, File::Mode::kOpenOrCreate, &missing));
+  reader.reset();
+  EXPECT_TRUE(OpenWithoutSharing(path, File::Mode::kOpenOrCreate, &missing));
+}
+
 }  // namespace
 }  // namespace nv
