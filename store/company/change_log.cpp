@@ -1,13 +1,10 @@
 #include "store/company/change_log.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdarg>
 #include <ctime>
 
 #include "base/ascii.h"
-#include "base/file_util.h"
+#include "base/file.h"
 #include "base/str_format.h"
 #include "base/version.h"
 
@@ -15,10 +12,10 @@ namespace nv {
 
 namespace {
 
-// Each line then goes to the system in one write (WriteToDescriptor), so that lines of
-// other users appending at the same time never interleave with ours.
-int OpenForAppending(const std::string& path) {
-  return ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+// Each line then goes to the system in one append, so that lines of other users appending
+// at the same time never interleave with ours.
+std::optional<File> OpenForAppending(const std::string& path) {
+  return File::Open(path, File::Mode::kAppend);
 }
 
 std::optional<std::string> TrimmedOrNone(std::optional<std::string_view> text) {
@@ -75,10 +72,10 @@ bool WriteLogLine(const NvCompany& company, std::optional<std::string_view> asse
                   const LogClock& clock) {
   const std::string line = LogLineBytes(
       LogLinePrefix(clock(), company.context().user_name, tag, asset_no), letter, text);
-  int fd = OpenForAppending(company.FilePath(kLogExtension));
-  if (fd < 0) return false;
-  bool written = WriteToDescriptor(fd, line);
-  return ::close(fd) == 0 && written;
+  std::optional<File> log = OpenForAppending(company.FilePath(kLogExtension));
+  if (!log) return false;
+  const bool written = log->Append(line);
+  return log->Close() == 0 && written;
 }
 
 bool LogIf(int32_t mask, const NvCompany& company, std::optional<std::string_view> asset_no,
@@ -98,24 +95,22 @@ NvLogger::NvLogger(const NvCompany& company, std::string tag, std::optional<std:
       clock_(clock ? std::move(clock) : LogClock(LocalLogTime)),
       flags_(company.record().logging_flags) {}
 
-NvLogger::~NvLogger() {
-  if (fd_ >= 0) ::close(fd_);
-}
+NvLogger::~NvLogger() = default;
 
 bool NvLogger::Begin() {
-  if (fd_ >= 0) return true;
-  fd_ = OpenForAppending(company_.FilePath(kLogExtension));
-  if (fd_ < 0) return false;
+  if (log_) return true;
+  log_ = OpenForAppending(company_.FilePath(kLogExtension));
+  if (!log_) return false;
   if (!prefix_) prefix_ = LogLinePrefix(clock_(), company_.context().user_name, tag_, std::nullopt);
   if (heading_ && (options_ & kWriteHeading) != 0) {
-    if (!WriteToDescriptor(fd_, LogLineBytes(*prefix_, std::nullopt, *heading_))) return false;
+    if (!log_->Append(LogLineBytes(*prefix_, std::nullopt, *heading_))) return false;
   }
   return true;
 }
 
 bool NvLogger::WriteText(std::optional<char> letter, std::string_view text) {
   if (!Begin()) return false;
-  return WriteToDescriptor(fd_, LogLineBytes(*prefix_, letter, text));
+  return log_->Append(LogLineBytes(*prefix_, letter, text));
 }
 
 bool NvLogger::Write(std::optional<char> letter, const char* format, ...) {

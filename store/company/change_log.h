@@ -30,6 +30,7 @@
 #include <string_view>
 
 #include "base/date.h"
+#include "base/file.h"
 #include "store/asset/asset_no_format.h"
 #include "store/company/company.h"
 #include "store/company/company_record.h"
@@ -140,7 +141,7 @@ class NvLogger {
   LogClock clock_;
   int32_t flags_ = 0;
   std::optional<std::string> prefix_;
-  int fd_ = -1;
+  std::optional<File> log_;
 };
 
 // Logs a company's creation (old record none) or the changes of an edit. `old_record`, when
