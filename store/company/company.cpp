@@ -176,14 +176,14 @@ int NvCompany::OpenBlockFile(int flags) {
                     NvRecFile::kCurrentLayout)) {
     return kBlockFileMissing;
   }
-  uint8_t head[3];
-  if (!blocks_.ReadRecord(0, head, sizeof head)) {
+  uint8_t bytes[kBlockHeaderCurrent];
+  if (!blocks_.ReadRecord(0, bytes, sizeof bytes)) {
     CloseFilesWithoutWriting();
     return kBlockFileMissing;
   }
-  const bool current = head[2] == kMarkerCompanyShort || head[2] == kMarkerCompanyLong;
-  const uint16_t stated = DecodeU16(head);
-  if (current && stated > 0 && stated != kBlockLength) {
+  const BlockHeader head = DecodeFirstBlockHeader(bytes);
+  const bool current = head.marker == kMarkerCompanyShort || head.marker == kMarkerCompanyLong;
+  if (current && head.length_field > 0 && head.length_field != kBlockLength) {
     CloseFilesWithoutWriting();
     return kBadMarker;
   }
@@ -194,22 +194,23 @@ int NvCompany::OpenBlockFile(int flags) {
 int NvCompany::ReadCompanyRecord(int flags) {
   uint8_t block[kBlockLength];
   if (!blocks_.ReadRecord(0, block, kBlockLength)) return kBlockFileMissing;
-  const uint8_t marker = block[2];
+  BlockHeader head = DecodeFirstBlockHeader(block);
+  const uint8_t marker = head.marker;
   if (marker != kMarkerCompanyShort && marker != kMarkerCompanyLong && marker != kMarkerOldFirst) {
     return kBadMarker;
   }
-  old_layout_ = marker == kMarkerOldFirst;
+  old_layout_ = head.old_layout;
   const size_t header = old_layout_ ? kBlockHeaderOld : kBlockHeaderCurrent;
   std::string bytes;
   for (size_t count = 1;; ++count) {
     bytes.append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
-    const uint32_t next = old_layout_ ? DecodeU16(block) : DecodeU32(block + 3);
-    if (next == 0 || count >= kMaxCompanyRecordBlocks) break;
-    if (!blocks_.ReadRecord(next, block, kBlockLength)) {
+    if (head.next == 0 || count >= kMaxCompanyRecordBlocks) break;
+    if (!blocks_.ReadRecord(head.next, block, kBlockLength)) {
       if ((flags & kTolerateShortChain) != 0) break;
       return kBrokenChain;
     }
-    if (block[2] != kMarkerContinuation) return kBrokenChain;
+    head = DecodeBlockHeader(block, old_layout_);
+    if (head.marker != kMarkerContinuation) return kBrokenChain;
   }
 
   ParsedCompanyRecord parsed =

@@ -147,16 +147,16 @@ int NvCompany::FreeAssetChain(uint32_t first_block) {
     if (count > limit) return kBrokenChain;
     uint8_t head[kBlockHeaderCurrent];
     if (!blocks_.ReadRecord(block, head, sizeof head)) return kBrokenChain;
-    const uint8_t marker = head[2];
+    const BlockHeader header =
+        count == 0 ? DecodeFirstBlockHeader(head) : DecodeBlockHeader(head, old);
     if (count == 0) {
-      if (marker != kMarkerAssetFirst && !IsOldLayoutMarker(marker)) return kBadMarker;
-      old = IsOldLayoutMarker(marker);
-    } else if (marker != kMarkerContinuation) {
+      if (header.marker != kMarkerAssetFirst && !header.old_layout) return kBadMarker;
+      old = header.old_layout;
+    } else if (header.marker != kMarkerContinuation) {
       return kBadMarker;
     }
-    const uint32_t next = old ? DecodeU16(head) : DecodeU32(head + 3);
     if (int rc = blocks_.Free(block); rc != kOk) return rc;
-    block = next;
+    block = header.next;
   }
   return kOk;
 }
@@ -251,15 +251,17 @@ int NvCompany::RecoverInterruptedRun() {
         if (b == at) return false;
       }
       if (!blocks_.ReadRecord(at, block, kBlockLength)) return false;
+      const BlockHeader head =
+          blocks->empty() ? DecodeFirstBlockHeader(block) : DecodeBlockHeader(block, old);
       if (blocks->empty()) {
-        old = IsOldLayoutMarker(block[2]);
-      } else if (block[2] != kMarkerContinuation) {
+        old = head.old_layout;
+      } else if (head.marker != kMarkerContinuation) {
         return false;
       }
       blocks->push_back(at);
       const size_t header = old ? kBlockHeaderOld : kBlockHeaderCurrent;
       bytes->append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
-      at = old ? DecodeU16(block) : DecodeU32(block + 3);
+      at = head.next;
     }
     for (uint32_t b : *blocks) used[b] = true;
     return true;
@@ -271,9 +273,10 @@ int NvCompany::RecoverInterruptedRun() {
   uint32_t at = 0;
   for (size_t count = 0; count <= highest; ++count) {
     if (!blocks_.ReadRecord(at, head, sizeof head)) break;
-    if (count > 0 && head[2] != kMarkerContinuation) break;
+    const BlockHeader header = DecodeBlockHeader(head, old_layout_);
+    if (count > 0 && header.marker != kMarkerContinuation) break;
     used[at] = true;
-    at = old_layout_ ? DecodeU16(head) : DecodeU32(head + 3);
+    at = header.next;
     if (at == 0 || at > highest || used[at]) break;
   }
 
@@ -292,7 +295,8 @@ int NvCompany::RecoverInterruptedRun() {
   }
   for (uint32_t b = 1; b <= highest; ++b) {
     if (used[b] || !blocks_.ReadRecord(b, head, sizeof head)) continue;
-    if (head[2] != kMarkerAssetFirst && head[2] != kMarkerOldAssetFirst) continue;
+    const uint8_t marker = DecodeFirstBlockHeader(head).marker;
+    if (marker != kMarkerAssetFirst && marker != kMarkerOldAssetFirst) continue;
     if (!claim_chain(b, &bytes, &chain)) continue;
     NvAsset asset;
     ParseAssetRecord(bytes, format, &asset);
