@@ -81,6 +81,7 @@ int NvBTreeFile::ReadHeader() {
     return bad_header_status_;
   }
   if (key_length_ == 0) return bad_header_status_;
+  on_disk_ = {highest, root, head, count};
   // A free count above the highest record cannot be right: do not trust the list.
   if (highest < count) head = count = 0;
   file_.SetLayout(NodeLength(format, key_length_), format);
@@ -106,7 +107,19 @@ int NvBTreeFile::WriteHeader() {
     EncodeU32(&h[15], file_.free_head());
     EncodeU32(&h[19], file_.free_count());
   }
-  return file_.WriteRecord(0, h.data()) ? kOk : kChainWriteFailed;
+  if (!file_.WriteRecord(0, h.data())) return kChainWriteFailed;
+  on_disk_ = CurrentHeaderValues();
+  return kOk;
+}
+
+NvBTreeFile::HeaderValues NvBTreeFile::CurrentHeaderValues() const {
+  return {file_.highest_record(), root_, file_.free_head(), file_.free_count()};
+}
+
+int NvBTreeFile::WriteHeaderIfChanged() {
+  if (!file_.is_open()) return bad_header_status_;
+  if (file_.read_only() || CurrentHeaderValues() == on_disk_) return kOk;
+  return WriteHeader();
 }
 
 int NvBTreeFile::Close() {

@@ -212,6 +212,25 @@ TEST(BTreeFile, DuplicatesAreRefusedAndLeaveTheTreeValid) {
   EXPECT_EQ(keys, (std::vector<std::string>{"     1.01", "     2.01", "     3.01"}));
 }
 
+// Between changes the header on disk is brought up to date without closing: after a root
+// split (highest record and root change) and after a delete that frees a node (only the
+// free list changes).
+TEST(BTreeFileHeader, WrittenThroughWhenItChanges) {
+  TempDir dir;
+  const std::string path = dir.File("C1.I1");
+  NvBTreeFile tree;
+  ASSERT_EQ(tree.Create(path, kKey, kBadHeaderI1), kOk);
+  uint32_t node;
+  for (const char* k : {"     1.01", "     2.01", "     3.01", "     4.01"}) {
+    ASSERT_EQ(tree.Insert(k, 7, "", &node), kOk);
+  }
+  ASSERT_EQ(tree.WriteHeaderIfChanged(), kOk);
+  EXPECT_EQ(Slice(ReadAll(path), 0, kNode), CurrentHeader(3, 2, 0, 0));
+  ASSERT_EQ(tree.Delete("     1.01", ""), kOk);
+  ASSERT_EQ(tree.WriteHeaderIfChanged(), kOk);
+  EXPECT_EQ(Slice(ReadAll(path), 0, kNode), CurrentHeader(3, 2, 3, 1));
+}
+
 // The fourth key splits the full root into three nodes; when the file cannot take the new
 // nodes (none of them, or only the first), the insert fails and the tree stays as it was,
 // in memory and in the file.
