@@ -2,7 +2,9 @@
 // that tests compare the files' bytes with bytes written out by hand.
 #pragma once
 
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -81,6 +83,31 @@ class ByteBuilder {
 
  private:
   Bytes bytes_;
+};
+
+// While it lives, no file of this process can grow past `bytes`: a write there fails as on
+// a full disk, and writes below it succeed. Keep its scope to the call under test, as it
+// holds for every file the process writes.
+class FilesCannotGrowPast {
+ public:
+  explicit FilesCannotGrowPast(uint64_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &saved_);
+    // The signal would end the process; the failed write is what the test wants.
+    saved_handler_ = signal(SIGXFSZ, SIG_IGN);
+    rlimit limited = saved_;
+    limited.rlim_cur = static_cast<rlim_t>(bytes);
+    setrlimit(RLIMIT_FSIZE, &limited);
+  }
+  ~FilesCannotGrowPast() {
+    setrlimit(RLIMIT_FSIZE, &saved_);
+    signal(SIGXFSZ, saved_handler_);
+  }
+  FilesCannotGrowPast(const FilesCannotGrowPast&) = delete;
+  FilesCannotGrowPast& operator=(const FilesCannotGrowPast&) = delete;
+
+ private:
+  rlimit saved_{};
+  sighandler_t saved_handler_ = SIG_DFL;
 };
 
 }  // namespace nv::testing

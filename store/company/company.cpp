@@ -175,14 +175,14 @@ int NvCompany::OpenBlockFile(int flags) {
                     NvRecFile::kCurrentLayout)) {
     return kBlockFileMissing;
   }
-  uint8_t head[3];
-  if (!blocks_.ReadRecord(0, head, sizeof head)) {
+  uint8_t bytes[kBlockHeaderCurrent];
+  if (!blocks_.ReadRecord(0, bytes, sizeof bytes)) {
     CloseFilesWithoutWriting();
     return kBlockFileMissing;
   }
-  const bool current = head[2] == kMarkerCompanyShort || head[2] == kMarkerCompanyLong;
-  const uint16_t stated = DecodeU16(head);
-  if (current && stated > 0 && stated != kBlockLength) {
+  const BlockHeader head = DecodeFirstBlockHeader(bytes);
+  const bool current = head.marker == kMarkerCompanyShort || head.marker == kMarkerCompanyLong;
+  if (current && head.length_field > 0 && head.length_field != kBlockLength) {
     CloseFilesWithoutWriting();
     return kBadMarker;
   }
@@ -193,22 +193,23 @@ int NvCompany::OpenBlockFile(int flags) {
 int NvCompany::ReadCompanyRecord(int flags) {
   uint8_t block[kBlockLength];
   if (!blocks_.ReadRecord(0, block, kBlockLength)) return kBlockFileMissing;
-  const uint8_t marker = block[2];
+  BlockHeader head = DecodeFirstBlockHeader(block);
+  const uint8_t marker = head.marker;
   if (marker != kMarkerCompanyShort && marker != kMarkerCompanyLong && marker != kMarkerOldFirst) {
     return kBadMarker;
   }
-  old_layout_ = marker == kMarkerOldFirst;
+  old_layout_ = head.old_layout;
   const size_t header = old_layout_ ? kBlockHeaderOld : kBlockHeaderCurrent;
   std::string bytes;
   for (size_t count = 1;; ++count) {
     bytes.append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
-    const uint32_t next = old_layout_ ? DecodeU16(block) : DecodeU32(block + 3);
-    if (next == 0 || count >= kMaxCompanyRecordBlocks) break;
-    if (!blocks_.ReadRecord(next, block, kBlockLength)) {
+    if (head.next == 0 || count >= kMaxCompanyRecordBlocks) break;
+    if (!blocks_.ReadRecord(head.next, block, kBlockLength)) {
       if ((flags & kTolerateShortChain) != 0) break;
       return kBrokenChain;
     }
-    if (block[2] != kMarkerContinuation) return kBrokenChain;
+    head = DecodeBlockHeader(block, old_layout_);
+    if (head.marker != kMarkerContinuation) return kBrokenChain;
   }
 
   ParsedCompanyRecord parsed =
@@ -219,6 +220,8 @@ int NvCompany::ReadCompanyRecord(int flags) {
   CorrectYearEnd(&record_);
   blocks_.SetCounters(parsed.counters.highest_record, parsed.counters.free_head,
                       parsed.counters.free_count);
+  counters_on_disk_ = parsed.counters;
+  counters_on_disk_current_ = !old_layout_;
   return kOk;
 }
 
@@ -271,18 +274,48 @@ int NvCompany::WriteCompanyRecord() {
       WriteChain(blocks_, std::span(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()),
                  marker, kCompanyBlockLengthField, &first);
   if (rc != kOk) return rc;
+  counters_on_disk_ = before;
+  counters_on_disk_current_ = true;
   const BlockFileCounters after{blocks_.highest_record(), blocks_.free_head(),
                                 blocks_.free_count()};
   if (after == before) return kOk;
   // The chain took or gave back blocks: block 0 must carry the counters as they are now.
-  uint8_t counters[kCountersBytes];
-  EncodeU32(counters, after.highest_record);
-  EncodeU32(counters + 4, after.free_head);
-  EncodeU32(counters + 8, after.free_count);
+  return WriteBlockCounters();
+}
+
+int NvCompany::WriteBlockCounters() {
+  const BlockFileCounters now{blocks_.highest_record(), blocks_.free_head(), blocks_.free_count()};
   uint8_t block[kBlockLength];
   if (!blocks_.ReadRecord(0, block, kBlockLength)) return kChainWriteFailed;
-  std::memcpy(block + kBlockHeaderCurrent, counters, sizeof counters);
-  return blocks_.WriteRecord(0, block) ? kOk : kChainWriteFailed;
+  EncodeU32(block + kBlockHeaderCurrent, now.highest_record);
+  EncodeU32(block + kBlockHeaderCurrent + 4, now.free_head);
+  EncodeU32(block + kBlockHeaderCurrent + 8, now.free_count);
+  static_assert(kCountersBytes == 3 * 4);
+  if (!blocks_.WriteRecord(0, block)) return kChainWriteFailed;
+  counters_on_disk_ = now;
+  return kOk;
+}
+
+int NvCompany::WriteCountersThrough() {
+  if (!is_open() || read_only()) return kOk;
+  const BlockFileCounters now{blocks_.highest_record(), blocks_.free_head(), blocks_.free_count()};
+  if (now != counters_on_disk_) {
+    // Block 0 still in the old layout takes the whole record in the current one first.
+    int rc = counters_on_disk_current_ ? WriteBlockCounters() : WriteCompanyRecord();
+    if (rc != kOk) return rc;
+  }
+  if (i1_.is_open()) {
+    if (int rc = i1_.WriteHeaderIfChanged(); rc != kOk) return rc;
+  }
+  if (i2_.is_open()) {
+    if (int rc = i2_.WriteHeaderIfChanged(); rc != kOk) return rc;
+  }
+  return kOk;
+}
+
+int NvCompany::WithCountersWritten(int status) {
+  const int written = WriteCountersThrough();
+  return status != kOk ? status : written;
 }
 
 int NvCompany::Close() {

@@ -9,6 +9,10 @@
 // Lifecycle: created empty, then Create (a new company) or Open; the block file and the
 // indexes stay open until Close, which writes the company record and the index headers
 // (unless opened read-only). Destroying an open company closes it.
+//
+// Every asset operation ends by writing the block file's counters and the index headers
+// that it changed, so that between operations the files read as a whole company to a
+// reader that knows nothing of this run (the main program, a read-only open).
 #pragma once
 
 #include <map>
@@ -154,10 +158,24 @@ class NvCompany {
   int OpenIndexes(int flags);
   void CloseFilesWithoutWriting();
   int Step(AssetOrder order, bool forward, NvAsset* asset);
+  // The asset operations' steps; the public operations write the counters after them.
+  int InsertAsset(NvAsset* asset);
+  int RewriteAsset(NvAsset* asset);
+  int RemoveAsset(const NvAsset& asset, std::string_view log_tag);
+  // Writes the block file's counters, then the .I1 and .I2 headers, each only when it
+  // differs from the disk: the counters first, as an index entry may name a block that only
+  // the new counters hold taken. kOk or the first failed write's status.
+  [[nodiscard]] int WriteCountersThrough();
+  // `status`, or when that is kOk the status of WriteCountersThrough.
+  [[nodiscard]] int WithCountersWritten(int status);
+  // Writes the counters into block 0 in place (the company record there must be in the
+  // current layout).
+  [[nodiscard]] int WriteBlockCounters();
   int FreeAssetChain(uint32_t first_block);
   // A run that changes the company leaves a marker file (number + ".DTY") until it closes
-  // the company; finding one at open means a run died halfway, and RecoverInterruptedRun
-  // rebuilds the free list and both indexes from the asset chains in the block file.
+  // the company; finding one at open means a run died, perhaps inside an operation, and
+  // RecoverInterruptedRun rebuilds the free list and both indexes from the asset chains in
+  // the block file.
   void MarkChanging();
   void LoadCustomYears();
   void SaveCustomYears();
@@ -175,6 +193,9 @@ class NvCompany {
   NvLocCatList locations_;
   NvLocCatList categories_;
   NvRecFile blocks_;
+  // The counters block 0 holds on disk, and whether it holds them in the current layout.
+  BlockFileCounters counters_on_disk_;
+  bool counters_on_disk_current_ = false;
   NvBTreeFile i1_;
   NvBTreeFile i2_;
 };

@@ -11,9 +11,9 @@
 #include "store/asset/asset.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
+#include "store/file/block_chain.h"
 #include "store/company/change_log.h"
 #include "store/company/company.h"
-#include "store/file/block_chain.h"
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
 
@@ -38,44 +38,64 @@ void NvCompany::MarkChanging() {
 }
 
 int NvCompany::AddAsset(NvAsset* asset) {
-  MarkChanging();
-  uint32_t first = 0;
-  const uint32_t highest_before = blocks_.highest_record();
-  if (blocks_.Allocate(&first) != kOk) return kChainWriteFailed;
-  // A failed add leaves nothing behind: a block just appended is simply not taken (freeing
-  // it would leave a piece of a block at the end of the file), one from the free list goes
-  // back on it.
-  auto give_back = [&](int status) {
-    if (first > highest_before && first == blocks_.highest_record()) {
-      blocks_.SetCounters(highest_before, blocks_.free_head(), blocks_.free_count());
-    } else {
-      blocks_.Free(first);
-    }
-    return status;
-  };
-  if (!i1_.is_open()) return give_back(kBadHeaderI1);
-  if (!i2_.is_open()) return give_back(kBadHeaderI2);
+  return WithCountersWritten(InsertAsset(asset));
+}
+
+int NvCompany::ReplaceAsset(NvAsset* asset) {
+  return WithCountersWritten(RewriteAsset(asset));
+}
+
+int NvCompany::DeleteAsset(const NvAsset& asset, std::string_view log_tag) {
+  return WithCountersWritten(RemoveAsset(asset, log_tag));
+}
+
+// The asset's chain is written first and the counters that hold its blocks taken next;
+// only then do the indexes name it. A failed add leaves nothing behind: a refused number
+// writes nothing, and blocks already written go back on the free list.
+int NvCompany::InsertAsset(NvAsset* asset) {
+  if (!i1_.is_open()) return kBadHeaderI1;
+  if (!i2_.is_open()) return kBadHeaderI2;
   const AssetRecordFormat format = RecordFormat();
   asset->number = asset->number.InFormat(format.asset_no_format);
-  if (!asset->number.valid()) return give_back(kInvalidAsset);
-
+  if (!asset->number.valid()) return kInvalidAsset;
   const std::string number_key = AssetNumberKey(*asset, format);
   const std::string sort_key = AssetSortKey(*asset, format);
+  uint32_t existing = 0;
+  const int found = i1_.Find(number_key, "", &existing);
+  i1_.ClearPath();
+  if (found != kNotFound) return found == kOk ? kDuplicate : found;
+  MarkChanging();
+
+  const std::string bytes = SerializeAssetRecord(*asset, format);
+  const BlockFileCounters before{blocks_.highest_record(), blocks_.free_head(),
+                                 blocks_.free_count()};
+  uint32_t first = kNoChain;
+  if (WriteChain(blocks_, AsBytes(bytes), kMarkerAssetFirst, kAssetBlockLengthField, &first) !=
+      kOk) {
+    // The blocks written go back on the free list; when not even the first one was,
+    // blocks appended are simply not taken (freeing one would leave a piece of a block at
+    // the end of the file). The failed write is the status to report.
+    if (first == kNoChain || FreeAssetChain(first) != kOk) {
+      if (blocks_.free_head() == before.free_head && blocks_.free_count() == before.free_count) {
+        blocks_.SetCounters(before.highest_record, before.free_head, before.free_count);
+      }
+    }
+    return kChainWriteFailed;
+  }
+  // The status of these writes shows when the add ends, where they are tried again.
+  (void)WriteCountersThrough();
+  auto give_back = [&](int status) {
+    // Nothing names the chain any more; the status of the add is what to report.
+    (void)FreeAssetChain(first);
+    return status;
+  };
   uint32_t node = 0;
   if (int rc = i1_.Insert(number_key, first, "", &node); rc != kOk) return give_back(rc);
+  (void)WriteCountersThrough();  // as above
   if (int rc = i2_.Insert(sort_key, first, record_.sort_order, &node); rc != kOk) {
     // No key may point at a block that is free again.
     i1_.Delete(number_key, "");
     return give_back(rc);
-  }
-  const std::string bytes = SerializeAssetRecord(*asset, format);
-  uint32_t chain = first;
-  if (WriteChain(blocks_, AsBytes(bytes), kMarkerAssetFirst, kAssetBlockLengthField, &chain,
-                 /*first_is_new=*/true) != kOk) {
-    i2_.Delete(sort_key, record_.sort_order);
-    i1_.Delete(number_key, "");
-    FreeAssetChain(first);
-    return kChainWriteFailed;
   }
   asset->record_number = first;
   asset->stored_number_key = number_key;
@@ -83,7 +103,7 @@ int NvCompany::AddAsset(NvAsset* asset) {
   return kOk;
 }
 
-int NvCompany::ReplaceAsset(NvAsset* asset) {
+int NvCompany::RewriteAsset(NvAsset* asset) {
   if (asset->record_number == 0) return kInvalidAsset;
   if (!i1_.is_open()) return kBadHeaderI1;
   if (!i2_.is_open()) return kBadHeaderI2;
@@ -121,7 +141,7 @@ int NvCompany::ReplaceAsset(NvAsset* asset) {
              : kChainWriteFailed;
 }
 
-int NvCompany::DeleteAsset(const NvAsset& asset, std::string_view log_tag) {
+int NvCompany::RemoveAsset(const NvAsset& asset, std::string_view log_tag) {
   if (asset.record_number == 0) return kInvalidAsset;
   MarkChanging();
   const AssetRecordFormat format = RecordFormat();
@@ -147,16 +167,16 @@ int NvCompany::FreeAssetChain(uint32_t first_block) {
     if (count > limit) return kBrokenChain;
     uint8_t head[kBlockHeaderCurrent];
     if (!blocks_.ReadRecord(block, head, sizeof head)) return kBrokenChain;
-    const uint8_t marker = head[2];
+    const BlockHeader header =
+        count == 0 ? DecodeFirstBlockHeader(head) : DecodeBlockHeader(head, old);
     if (count == 0) {
-      if (marker != kMarkerAssetFirst && !IsOldLayoutMarker(marker)) return kBadMarker;
-      old = IsOldLayoutMarker(marker);
-    } else if (marker != kMarkerContinuation) {
+      if (header.marker != kMarkerAssetFirst && !header.old_layout) return kBadMarker;
+      old = header.old_layout;
+    } else if (header.marker != kMarkerContinuation) {
       return kBadMarker;
     }
-    const uint32_t next = old ? DecodeU16(head) : DecodeU32(head + 3);
     if (int rc = blocks_.Free(block); rc != kOk) return rc;
-    block = next;
+    block = header.next;
   }
   return kOk;
 }
@@ -219,9 +239,9 @@ int NvCompany::PreviousAsset(AssetOrder order, NvAsset* asset) {
   return Step(order, false, asset);
 }
 
-// After a run died halfway the block file's counters and the indexes may be behind the
-// blocks: an add's blocks are written before the counters, and a split of an index node is
-// three writes. The asset chains themselves are whole for every add that returned, so the
+// After a run died inside an operation the block file's counters and the indexes may be
+// behind the blocks: an add's blocks are written before the counters, and a split of an
+// index node is three writes. The asset chains themselves are whole for every add that returned, so the
 // free list and both indexes are built again from them:
 //   1. every block the file holds counts, the company record's chain is kept;
 //   2. each block with an asset's first-block marker whose chain reads whole, uses no block
@@ -251,15 +271,17 @@ int NvCompany::RecoverInterruptedRun() {
         if (b == at) return false;
       }
       if (!blocks_.ReadRecord(at, block, kBlockLength)) return false;
+      const BlockHeader head =
+          blocks->empty() ? DecodeFirstBlockHeader(block) : DecodeBlockHeader(block, old);
       if (blocks->empty()) {
-        old = IsOldLayoutMarker(block[2]);
-      } else if (block[2] != kMarkerContinuation) {
+        old = head.old_layout;
+      } else if (head.marker != kMarkerContinuation) {
         return false;
       }
       blocks->push_back(at);
       const size_t header = old ? kBlockHeaderOld : kBlockHeaderCurrent;
       bytes->append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
-      at = old ? DecodeU16(block) : DecodeU32(block + 3);
+      at = head.next;
     }
     for (uint32_t b : *blocks) used[b] = true;
     return true;
@@ -271,9 +293,10 @@ int NvCompany::RecoverInterruptedRun() {
   uint32_t at = 0;
   for (size_t count = 0; count <= highest; ++count) {
     if (!blocks_.ReadRecord(at, head, sizeof head)) break;
-    if (count > 0 && head[2] != kMarkerContinuation) break;
+    const BlockHeader header = DecodeBlockHeader(head, old_layout_);
+    if (count > 0 && header.marker != kMarkerContinuation) break;
     used[at] = true;
-    at = old_layout_ ? DecodeU16(head) : DecodeU32(head + 3);
+    at = header.next;
     if (at == 0 || at > highest || used[at]) break;
   }
 
@@ -292,7 +315,8 @@ int NvCompany::RecoverInterruptedRun() {
   }
   for (uint32_t b = 1; b <= highest; ++b) {
     if (used[b] || !blocks_.ReadRecord(b, head, sizeof head)) continue;
-    if (head[2] != kMarkerAssetFirst && head[2] != kMarkerOldAssetFirst) continue;
+    const uint8_t marker = DecodeFirstBlockHeader(head).marker;
+    if (marker != kMarkerAssetFirst && marker != kMarkerOldAssetFirst) continue;
     if (!claim_chain(b, &bytes, &chain)) continue;
     NvAsset asset;
     ParseAssetRecord(bytes, format, &asset);

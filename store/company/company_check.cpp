@@ -28,16 +28,10 @@ void Add(std::vector<std::string>* problems, const std::string& prefix,
   }
 }
 
-}  // namespace
-
-CompanyCheck CheckCompany(NvCompany& company) {
+// Everything but the marker of a run that did not end.
+CompanyCheck CheckFiles(NvCompany& company) {
   CompanyCheck check;
   std::vector<std::string>& problems = check.problems;
-  if (::access(company.FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
-    problems.push_back(
-        "a run that changed the company did not end; opening it for writing "
-        "repairs it");
-  }
   NvRecFile& blocks = company.blocks();
   const uint64_t in_file = blocks.RecordsInFile();
   if (in_file == 0 || blocks.highest_record() >= in_file) {
@@ -105,6 +99,21 @@ CompanyCheck CheckCompany(NvCompany& company) {
   number_index.ClearPath();
   sort_index.ClearPath();
   Add(&problems, "assets: ", key_lines);
+  return check;
+}
+
+}  // namespace
+
+CompanyCheck CheckCompany(NvCompany& company) {
+  CompanyCheck check = CheckFiles(company);
+  // A run that died between two operations leaves whole files behind, so the marker alone
+  // is no problem; beside one, it says how the company is repaired.
+  if (!check.problems.empty() &&
+      ::access(company.FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
+    check.problems.insert(check.problems.begin(),
+                          "a run that changed the company did not end; opening it for writing "
+                          "repairs it");
+  }
   return check;
 }
 

@@ -7,7 +7,10 @@
 #include <string>
 
 #include "base/coding.h"
+#include "store/asset/asset_testing.h"
+#include "store/company/company_check.h"
 #include "store/company/master_file.h"
+#include "store/file/key_compare.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"
 #include "ui/scripted_ui.h"
@@ -272,6 +275,50 @@ TEST_F(OldCompanyTest, DecliningTheBackupAsksOnceMore) {
   auto none = Answers("");
   ASSERT_EQ(company.Open("OLD", NvCompany::kReadOnly, *none), 1);
   EXPECT_EQ(none->transcript(), "");
+}
+
+// The first change to an old company writes its record in the current layout at once, so
+// that the counters written after each operation land in a block 0 that has their place,
+// and a reader sees the new asset before the writer closes.
+TEST_F(OldCompanyTest, FirstAssetTurnsBlockZeroCurrentAtOnce) {
+  const NvCompanyRecord record = SmallRecord();
+  const NvAssetNoFormat& format = record.asset_no_format;
+  // Indexes in the current layout: only block 0 is old here.
+  NvBTreeFile index;
+  ASSERT_EQ(
+      index.Create(File("OLD.I1"), I1KeyLength(true, format.main_length, format.subasset_length),
+                   kBadHeaderI1),
+      kOk);
+  ASSERT_EQ(index.Close(), 0);
+  ASSERT_EQ(index.Create(File("OLD.I2"), I2KeyLength(true, record.sort_order, format.IsLong()),
+                         kBadHeaderI2),
+            kOk);
+  ASSERT_EQ(index.Close(), 0);
+
+  auto ui = Answers("no\nyes\n");
+  NvCompany writer(ctx_);
+  ASSERT_EQ(writer.Open("OLD", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui), 1);
+  NvAsset asset = testing::MakeAsset(writer.record(), 50);
+  ASSERT_EQ(writer.AddAsset(&asset), kOk);
+
+  const Bytes a = ReadAll(File("OLD.A"));
+  const uint32_t highest = writer.blocks().highest_record();
+  ASSERT_EQ(a.size(), (highest + 1) * 145u);
+  // Length field 145, marker E3, then after the next field the counters: highest record,
+  // free head, free count.
+  EXPECT_EQ(testing::Slice(a, 0, 3), Bytes({145, 0, 0xE3}));
+  EXPECT_EQ(testing::Slice(a, 7, 12), testing::ByteBuilder().U32(highest).U32(0).U32(0).bytes());
+
+  NvCompany reader(ctx_);
+  auto none = Answers("");
+  ASSERT_EQ(
+      reader.Open("OLD", NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, *none), 1);
+  EXPECT_FALSE(reader.old_layout());
+  const CompanyCheck check = CheckCompany(reader);
+  for (const std::string& problem : check.problems) ADD_FAILURE() << problem;
+  NvAsset found;
+  ASSERT_EQ(reader.FindAsset(asset.number.Text(), &found), kOk);
+  EXPECT_EQ(found.description, asset.description);
 }
 
 TEST_F(CompanyTest, BackUpCopiesCompanyFilesButNotTheLockOrFolders) {

@@ -18,6 +18,23 @@ bool IsOldLayoutMarker(uint8_t marker) {
   return marker == kMarkerOldFirst || marker == kMarkerOldAssetFirst;
 }
 
+BlockHeader DecodeBlockHeader(const uint8_t* block, bool old_layout) {
+  BlockHeader header;
+  header.marker = block[kBlockMarkerOffset];
+  header.old_layout = old_layout;
+  if (old_layout) {
+    header.next = DecodeU16(block);
+  } else {
+    header.length_field = DecodeU16(block);
+    header.next = DecodeU32(block + kBlockMarkerOffset + 1);
+  }
+  return header;
+}
+
+BlockHeader DecodeFirstBlockHeader(const uint8_t* block) {
+  return DecodeBlockHeader(block, IsOldLayoutMarker(block[kBlockMarkerOffset]));
+}
+
 namespace {
 
 // Next block of an old chain's block, from its first bytes; 0 when it is not part of a
@@ -25,15 +42,16 @@ namespace {
 uint32_t OldChainNext(NvRecFile& file, uint32_t block, bool* old_layout, bool first) {
   uint8_t head[kBlockHeaderCurrent];
   if (!file.ReadRecord(block, head, sizeof head)) return 0;
-  uint8_t marker = head[2];
-  if (!IsChainMarker(marker)) return 0;
-  if (first) *old_layout = IsOldLayoutMarker(marker);
-  return *old_layout ? DecodeU16(head) : DecodeU32(head + 3);
+  BlockHeader header = first ? DecodeFirstBlockHeader(head) : DecodeBlockHeader(head, *old_layout);
+  if (!IsChainMarker(header.marker)) return 0;
+  *old_layout = header.old_layout;
+  return header.next;
 }
 
 bool ChainBlockAt(NvRecFile& file, uint32_t block) {
   uint8_t head[kBlockHeaderCurrent];
-  return file.ReadRecord(block, head, sizeof head) && IsChainMarker(head[2]);
+  return file.ReadRecord(block, head, sizeof head) &&
+         IsChainMarker(DecodeBlockHeader(head, false).marker);
 }
 
 }  // namespace
@@ -111,10 +129,10 @@ int ReadChain(NvRecFile& file, uint32_t first_block, size_t max_blocks, std::str
   bytes->clear();
   uint8_t block[kBlockLength];
   if (!file.ReadRecord(first_block, block, kBlockLength)) return kBrokenChain;
-  uint8_t marker = block[2];
-  if (first_marker) *first_marker = marker;
-  if (!IsChainMarker(marker) || marker == kMarkerContinuation) return kBadMarker;
-  bool old = IsOldLayoutMarker(marker);
+  BlockHeader head = DecodeFirstBlockHeader(block);
+  if (first_marker) *first_marker = head.marker;
+  if (!IsChainMarker(head.marker) || head.marker == kMarkerContinuation) return kBadMarker;
+  const bool old = head.old_layout;
   size_t header = old ? kBlockHeaderOld : kBlockHeaderCurrent;
   // More blocks than the file holds means the chain runs in a circle.
   uint64_t limit = file.RecordsInFile();
@@ -122,11 +140,11 @@ int ReadChain(NvRecFile& file, uint32_t first_block, size_t max_blocks, std::str
   for (;;) {
     bytes->append(reinterpret_cast<const char*>(block + header), kBlockLength - header);
     ++count;
-    uint32_t next = old ? DecodeU16(block) : DecodeU32(block + 3);
-    if (next == 0 || (max_blocks != 0 && count >= max_blocks)) return kOk;
+    if (head.next == 0 || (max_blocks != 0 && count >= max_blocks)) return kOk;
     if (count >= limit) return kBrokenChain;
-    if (!file.ReadRecord(next, block, kBlockLength)) return kBrokenChain;
-    if (block[2] != kMarkerContinuation) return kBrokenChain;
+    if (!file.ReadRecord(head.next, block, kBlockLength)) return kBrokenChain;
+    head = DecodeBlockHeader(block, old);
+    if (head.marker != kMarkerContinuation) return kBrokenChain;
   }
 }
 

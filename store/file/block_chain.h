@@ -59,6 +59,21 @@ inline constexpr uint8_t kMarkerOldFree = 0xF0;
 inline constexpr uint16_t kCompanyBlockLengthField = 145;
 inline constexpr uint16_t kAssetBlockLengthField = 0;
 
+// A block's header in either layout; the marker sits at the same offset in both.
+inline constexpr size_t kBlockMarkerOffset = 2;
+struct BlockHeader {
+  uint16_t length_field = 0;  // current layout only; 0 in the old one
+  uint8_t marker = 0;
+  uint32_t next = 0;  // next block of the chain, 0 = last
+  bool old_layout = false;
+};
+// Decodes the first kBlockHeaderOld (old layout) or kBlockHeaderCurrent bytes of a block.
+// A chain's layout is the one its first block's marker says; later blocks follow it.
+BlockHeader DecodeBlockHeader(const uint8_t* block, bool old_layout);
+// The header of a chain's first block, in the layout its marker says.
+// REQUIRES: block holds kBlockHeaderCurrent bytes.
+BlockHeader DecodeFirstBlockHeader(const uint8_t* block);
+
 // Passed as the old first block when a record has no chain yet.
 inline constexpr uint32_t kNoChain = 0xFFFFFFFF;
 

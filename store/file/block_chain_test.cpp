@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "store/file/status.h"
-#include "store/store_testing.h"
 #include "store/file/structure_check.h"
+#include "store/store_testing.h"
 
 namespace nv {
 namespace {
@@ -119,6 +119,36 @@ TEST_F(BlockChainTest, BrokenChainsAndWrongMarkers) {
   ASSERT_TRUE(file_.WriteRecord(3, Bytes(145, 0xF1).data()));
   EXPECT_EQ(ReadChain(file_, 3, 0, &back), kBadMarker);
   EXPECT_EQ(ReadChain(file_, 40, 0, &back), kBrokenChain);
+}
+
+TEST(BlockHeaderTest, DecodesBothLayoutsFromTheirTables) {
+  // Current: length 145, marker E3, next 0x0A0B0C0D.
+  const Bytes current = ByteBuilder().U16(145).Raw({0xE3}).U32(0x0A0B0C0D).bytes();
+  BlockHeader h = DecodeBlockHeader(current.data(), false);
+  EXPECT_EQ(h.length_field, 145);
+  EXPECT_EQ(h.marker, 0xE3);
+  EXPECT_EQ(h.next, 0x0A0B0C0Du);
+  EXPECT_FALSE(h.old_layout);
+  // Old: next 0x1234, marker E1; nothing after the marker belongs to the header.
+  const Bytes old = ByteBuilder().U16(0x1234).Raw({0xE1}).U32(0xFFFFFFFF).bytes();
+  h = DecodeBlockHeader(old.data(), true);
+  EXPECT_EQ(h.next, 0x1234u);
+  EXPECT_EQ(h.marker, 0xE1);
+  EXPECT_EQ(h.length_field, 0);
+  EXPECT_TRUE(h.old_layout);
+  // A first block says its layout by its marker: E0 and E2 are old, E4 and E5 current.
+  for (uint8_t marker : {0xE0, 0xE2}) {
+    const Bytes first = ByteBuilder().U16(7).Raw({marker}).U32(0x00090000).bytes();
+    h = DecodeFirstBlockHeader(first.data());
+    EXPECT_TRUE(h.old_layout) << int{marker};
+    EXPECT_EQ(h.next, 7u) << int{marker};
+  }
+  for (uint8_t marker : {0xE4, 0xE5}) {
+    const Bytes first = ByteBuilder().U16(0).Raw({marker}).U32(0x00090000).bytes();
+    h = DecodeFirstBlockHeader(first.data());
+    EXPECT_FALSE(h.old_layout) << int{marker};
+    EXPECT_EQ(h.next, 0x00090000u) << int{marker};
+  }
 }
 
 TEST_F(BlockChainTest, OldLayoutChainsReadWithSixteenBitLinks) {

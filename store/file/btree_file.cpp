@@ -81,6 +81,7 @@ int NvBTreeFile::ReadHeader() {
     return bad_header_status_;
   }
   if (key_length_ == 0) return bad_header_status_;
+  on_disk_ = {highest, root, head, count};
   // A free count above the highest record cannot be right: do not trust the list.
   if (highest < count) head = count = 0;
   file_.SetLayout(NodeLength(format, key_length_), format);
@@ -106,7 +107,19 @@ int NvBTreeFile::WriteHeader() {
     EncodeU32(&h[15], file_.free_head());
     EncodeU32(&h[19], file_.free_count());
   }
-  return file_.WriteRecord(0, h.data()) ? kOk : kChainWriteFailed;
+  if (!file_.WriteRecord(0, h.data())) return kChainWriteFailed;
+  on_disk_ = CurrentHeaderValues();
+  return kOk;
+}
+
+NvBTreeFile::HeaderValues NvBTreeFile::CurrentHeaderValues() const {
+  return {file_.highest_record(), root_, file_.free_head(), file_.free_count()};
+}
+
+int NvBTreeFile::WriteHeaderIfChanged() {
+  if (!file_.is_open()) return bad_header_status_;
+  if (file_.read_only() || CurrentHeaderValues() == on_disk_) return kOk;
+  return WriteHeader();
 }
 
 int NvBTreeFile::Close() {
@@ -287,18 +300,27 @@ int NvBTreeFile::Insert(std::string_view key, uint32_t record, std::string_view 
 
     if (!SlotEmpty(node, 0)) {
       // Full: split it, moving key 1 up into the parent.
-      if (!has_parent) {
+      const uint32_t highest_before = file_.highest_record();
+      const bool new_root = !has_parent;
+      // Records appended for a split that fails while nothing written points at them are
+      // not taken after all.
+      auto give_back = [&](int status) {
+        if (file_.highest_record() > highest_before) {
+          file_.SetCounters(highest_before, file_.free_head(), file_.free_count());
+        }
+        return status;
+      };
+      if (new_root) {
         uint32_t r;
         if (int rc = file_.Allocate(&r); rc != kOk) return rc;
         ZeroNode(&parent, r);
         parent.child[3] = node.number;
         parent_pos = 2;
-        root_ = r;
         has_parent = true;
       }
       for (int i = 0; i < parent_pos; ++i) CopyEntry(&parent, i, parent, i + 1);
       uint32_t x;
-      if (int rc = file_.Allocate(&x); rc != kOk) return rc;
+      if (int rc = file_.Allocate(&x); rc != kOk) return give_back(rc);
       ZeroNode(&fresh, x);
       std::memcpy(&fresh.keys[2 * key_length_], &node.keys[0], key_length_);
       fresh.data[2] = node.data[0];
@@ -310,9 +332,13 @@ int NvBTreeFile::Insert(std::string_view key, uint32_t record, std::string_view 
       parent.child[parent_pos] = x;
       ClearEntry(&node, 0);
       ClearEntry(&node, 1);
-      if (int rc = WriteNode(parent); rc != kOk) return rc;
-      if (int rc = WriteNode(fresh); rc != kOk) return rc;
-      if (int rc = WriteNode(node); rc != kOk) return rc;
+      // The new node first, as nothing points at it yet; then the parent, which points at
+      // it; then the split node. A new root is named only when all three are written, so
+      // a failed write leaves the tree under the old root as it was.
+      if (int rc = WriteNode(fresh); rc != kOk) return give_back(rc);
+      if (int rc = WriteNode(parent); rc != kOk) return give_back(rc);
+      if (int rc = WriteNode(node); rc != kOk) return new_root ? give_back(rc) : rc;
+      if (new_root) root_ = parent.number;
       int c = CompareKeys(probe_, Key(parent, parent_pos), sort_order);
       if (c == 0) return kDuplicate;
       if (c < 0) std::swap(node, fresh);

@@ -98,6 +98,10 @@ class NvBTreeFile {
              NvRecFile::Format format = NvRecFile::kCurrentLayout);
   int ReadHeader();
   int WriteHeader();
+  // Writes the header when the root or the counters differ from the header last read or
+  // written, so that the file reads as a whole tree between changes: kOk or the status of
+  // WriteHeader. Nothing is written to a file open for reading only.
+  [[nodiscard]] int WriteHeaderIfChanged();
   // Writes the header when open for writing, then closes: 0, or -1 when either failed.
   // Destroying an open index closes it without writing the header.
   int Close();
@@ -148,7 +152,18 @@ class NvBTreeFile {
   void ClearEntry(NvIndexNode* node, int slot) const;
   void ZeroNode(NvIndexNode* node, uint32_t number) const;
 
+  // Root and counters as the header on disk holds them.
+  struct HeaderValues {
+    uint32_t highest_record = 0;
+    uint32_t root = 0;
+    uint32_t free_head = 0;
+    uint32_t free_count = 0;
+    friend bool operator==(const HeaderValues&, const HeaderValues&) = default;
+  };
+  HeaderValues CurrentHeaderValues() const;
+
   NvRecFile file_;
+  HeaderValues on_disk_;
   uint32_t key_length_ = 0;
   uint32_t key_length_current_ = 0;
   uint32_t key_length_old_ = 0;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "store/file/status.h"
+#include "store/file/structure_check.h"
 #include "store/store_testing.h"
 
 namespace nv {
@@ -209,6 +210,65 @@ TEST(BTreeFile, DuplicatesAreRefusedAndLeaveTheTreeValid) {
     keys.push_back(tree.current_key());
   }
   EXPECT_EQ(keys, (std::vector<std::string>{"     1.01", "     2.01", "     3.01"}));
+}
+
+// Between changes the header on disk is brought up to date without closing: after a root
+// split (highest record and root change) and after a delete that frees a node (only the
+// free list changes).
+TEST(BTreeFileHeader, WrittenThroughWhenItChanges) {
+  TempDir dir;
+  const std::string path = dir.File("C1.I1");
+  NvBTreeFile tree;
+  ASSERT_EQ(tree.Create(path, kKey, kBadHeaderI1), kOk);
+  uint32_t node;
+  for (const char* k : {"     1.01", "     2.01", "     3.01", "     4.01"}) {
+    ASSERT_EQ(tree.Insert(k, 7, "", &node), kOk);
+  }
+  ASSERT_EQ(tree.WriteHeaderIfChanged(), kOk);
+  EXPECT_EQ(Slice(ReadAll(path), 0, kNode), CurrentHeader(3, 2, 0, 0));
+  ASSERT_EQ(tree.Delete("     1.01", ""), kOk);
+  ASSERT_EQ(tree.WriteHeaderIfChanged(), kOk);
+  EXPECT_EQ(Slice(ReadAll(path), 0, kNode), CurrentHeader(3, 2, 3, 1));
+}
+
+// The fourth key splits the full root into three nodes; when the file cannot take the new
+// nodes (none of them, or only the first), the insert fails and the tree stays as it was,
+// in memory and in the file.
+TEST(BTreeFile, FailedRootSplitLeavesTheTreeAsItWas) {
+  const std::vector<std::string> keys = {"     1.01", "     2.01", "     3.01"};
+  for (size_t room : {size_t{0}, kNode}) {
+    SCOPED_TRACE(room);
+    TempDir dir;
+    const std::string path = dir.File("C1.I1");
+    NvBTreeFile tree;
+    ASSERT_EQ(tree.Create(path, kKey, kBadHeaderI1), kOk);
+    uint32_t node, record;
+    for (size_t i = 0; i < keys.size(); ++i) {
+      ASSERT_EQ(tree.Insert(keys[i], uint32_t(10 + i), "", &node), kOk);
+    }
+    const Bytes before = ReadAll(path);
+    int failed;
+    {
+      testing::FilesCannotGrowPast limit(before.size() + room);
+      failed = tree.Insert("     4.01", 13, "", &node);
+    }
+    EXPECT_NE(failed, kOk);
+    EXPECT_EQ(tree.root(), 1u);
+    EXPECT_EQ(tree.file().highest_record(), 1u);
+    for (size_t i = 0; i < keys.size(); ++i) {
+      ASSERT_EQ(tree.Find(keys[i], "", &record), kOk) << keys[i];
+      EXPECT_EQ(record, 10 + i);
+    }
+    EXPECT_EQ(Slice(ReadAll(path), 0, 2 * kNode), before);
+
+    // With room again the same insert goes through.
+    ASSERT_EQ(tree.Insert("     4.01", 13, "", &node), kOk);
+    ASSERT_EQ(tree.Close(), 0);
+    ASSERT_EQ(tree.Open(path, true, kKey, 5, kBadHeaderI1), kOk);
+    TreeCheck check = CheckTree(tree, "");
+    EXPECT_TRUE(check.problems.empty()) << check.problems[0];
+    EXPECT_EQ(check.keys, 4u);
+  }
 }
 
 TEST(BTreeFile, FindThenStepBothWaysAndFromAGap) {

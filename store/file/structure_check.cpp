@@ -181,9 +181,11 @@ std::vector<std::string> CheckBlockFile(NvRecFile& file, std::span<const uint32_
         problems.push_back(StrPrintf("chain from %u: block %u unreadable", first, n));
         break;
       }
-      uint8_t marker = head[2];
+      const BlockHeader header =
+          at_first ? DecodeFirstBlockHeader(head) : DecodeBlockHeader(head, old);
+      const uint8_t marker = header.marker;
       if (at_first) {
-        old = IsOldLayoutMarker(marker);
+        old = header.old_layout;
         if (!IsChainMarker(marker) || marker == kMarkerContinuation) {
           problems.push_back(
               StrPrintf("chain from %u: first block has marker 0x%02X", first, marker));
@@ -194,7 +196,7 @@ std::vector<std::string> CheckBlockFile(NvRecFile& file, std::span<const uint32_
             StrPrintf("chain from %u: block %u has marker 0x%02X", first, n, marker));
         break;
       }
-      n = old ? DecodeU16(head) : DecodeU32(head + 3);
+      n = header.next;
     }
   }
   std::vector<uint32_t> free_records;
