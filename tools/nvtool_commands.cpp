@@ -1,5 +1,6 @@
 #include "tools/nvtool_commands.h"
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -73,6 +74,20 @@ std::string StatusText(int status) {
     default:
       return StrPrintf("status %d", status);
   }
+}
+
+// Why a company's files could not be made: the data directory is missing or no folder,
+// or the company's folder refused them.
+std::string WhyNotCreated(const InstallationContext& ctx, const std::string& number, int status) {
+  std::error_code ec;
+  std::string data = ctx.data_directory();
+  while (data.size() > 1 && data.back() == '/') data.pop_back();
+  if (!std::filesystem::exists(data, ec)) {
+    return "the folder " + data + " does not exist";
+  }
+  if (!std::filesystem::is_directory(data, ec)) return data + " is not a folder";
+  return "its files cannot be written in " + CompanyFolder(ctx, number) +
+         StrPrintf(" (status %d)", status);
 }
 
 bool CompanyExists(const InstallationContext& ctx, const std::string& number) {
@@ -204,7 +219,8 @@ int CreateFromDocument(const InstallationContext& ctx, const std::string& number
   company.record() = record;
   if (int rc = company.Create({number, record.name}, NvCompany::kOpenI1 | NvCompany::kOpenI2);
       rc != 0) {
-    err << "nvtool: cannot create company " << number << " (status " << rc << ")\n";
+    err << "nvtool: cannot create company " << number << ": " << WhyNotCreated(ctx, number, rc)
+        << "\n";
     return 1;
   }
   MasterFile master;

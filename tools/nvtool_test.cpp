@@ -210,6 +210,27 @@ TEST_F(NvtoolTest, ErrorsAreOneLineAndAFailingStatus) {
   EXPECT_EQ(Nvtool({"version"}).out, "nvtool 4.1.141\n");
 }
 
+TEST_F(NvtoolTest, LoadSaysWhyACompanyCannotBeCreated) {
+  const std::string doc = Write("a.json", kDocument);
+  const std::string nowhere = dir_.File("nowhere");
+  ToolRun missing = Nvtool({"load", nowhere, "ACME", doc});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(missing.err,
+            "nvtool: cannot create company ACME: the folder " + nowhere + " does not exist\n");
+  EXPECT_FALSE(std::filesystem::exists(nowhere));
+
+  ToolRun file = Nvtool({"load", doc, "ACME", doc});
+  EXPECT_EQ(file.status, 1);
+  EXPECT_EQ(file.err, "nvtool: cannot create company ACME: " + doc + " is not a folder\n");
+
+  // The folder is there, but the company's index cannot be made in it.
+  std::filesystem::create_directory(dir_.File("ACME.I1"));
+  ToolRun refused = Nvtool({"load", dir_.path(), "ACME", doc});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err, "nvtool: cannot create company ACME: its files cannot be written in " +
+                             dir_.path() + "/ (status -52)\n");
+}
+
 TEST_F(NvtoolTest, CheckFindsADamagedIndex) {
   ASSERT_EQ(Nvtool({"load", dir_.path(), "ACME", Write("a.json", kDocument)}).status, 0);
   // Drop the sort index's root: both assets are then missing from it.

@@ -120,8 +120,8 @@ class NvCompany {
   // Reads the asset whose chain starts at `record`.
   int ReadAsset(uint32_t record, NvAsset* asset);
   // Steps in the chosen order from the last asset found or stepped to; an empty path (after
-  // ResetAssetWalk) starts at the first (last) asset. At the end: kOk with
-  // asset->record_number 0.
+  // ResetAssetWalk) starts at the first (last) asset. At the end, and at once in a company
+  // without assets: kOk with asset->record_number 0.
   int NextAsset(AssetOrder order, NvAsset* asset);
   int PreviousAsset(AssetOrder order, NvAsset* asset);
   void ResetAssetWalk();

@@ -11,9 +11,9 @@
 #include "store/asset/asset.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
-#include "store/file/block_chain.h"
 #include "store/company/change_log.h"
 #include "store/company/company.h"
+#include "store/file/block_chain.h"
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
 
@@ -213,6 +213,13 @@ void NvCompany::ResetAssetWalk() {
 int NvCompany::Step(AssetOrder order, bool forward, NvAsset* asset) {
   NvBTreeFile& index = order == AssetOrder::kNumber ? i1_ : i2_;
   if (!index.is_open()) return order == AssetOrder::kNumber ? kBadHeaderI1 : kBadHeaderI2;
+  // The index refuses a step in a tree without a root; a company without assets is no
+  // damage but the end of the walk.
+  if (index.root() == 0) {
+    index.ClearPath();
+    asset->record_number = 0;
+    return kOk;
+  }
   uint32_t record = 0;
   int rc = forward ? index.Next(&record) : index.Previous(&record);
   if (rc != kOk) return rc;

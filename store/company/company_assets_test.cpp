@@ -25,6 +25,29 @@ class CompanyAssetsTest : public ::testing::Test {
     EXPECT_EQ(company_.Open("ACME", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui_), 1);
   }
   uint64_t Size(const char* ext) { return std::filesystem::file_size(company_.FilePath(ext)); }
+  // The main parts of the numbers met on a walk from the start, "" for none; "error N" when
+  // a step fails.
+  std::string Walk(AssetOrder order, bool forward) {
+    std::string seen;
+    company_.ResetAssetWalk();
+    for (;;) {
+      NvAsset a;
+      a.record_number = 77;  // a step must say the end itself
+      int rc = forward ? company_.NextAsset(order, &a) : company_.PreviousAsset(order, &a);
+      if (rc != kOk) return seen + "error " + std::to_string(rc);
+      if (a.record_number == 0) return seen;
+      seen += a.number.Text().substr(0, 8) + ";";
+    }
+  }
+  // Every walk of an empty company ends at its first step.
+  void ExpectEveryWalkEmpty() {
+    for (AssetOrder order : {AssetOrder::kNumber, AssetOrder::kSort}) {
+      for (bool forward : {true, false}) {
+        EXPECT_EQ(Walk(order, forward), "") << (order == AssetOrder::kNumber ? "number" : "sort")
+                                            << (forward ? " next" : " previous");
+      }
+    }
+  }
   std::vector<std::string> Check() {
     EXPECT_EQ(company_.Close(), 0);
     EXPECT_EQ(company_.Open("ACME", 3 | NvCompany::kReadOnly, *ui_), 1);
@@ -112,20 +135,47 @@ TEST_F(CompanyAssetsTest, WalksInBothOrders) {
     NvAsset asset = MakeAsset(company_.record(), n * 7, static_cast<int>(10 - n));
     ASSERT_EQ(company_.AddAsset(&asset), kOk);
   }
-  auto walk = [&](AssetOrder order, bool forward) {
-    std::string seen;
-    company_.ResetAssetWalk();
-    NvAsset a;
-    while ((forward ? company_.NextAsset(order, &a) : company_.PreviousAsset(order, &a)) == kOk &&
-           a.record_number != 0) {
-      seen += a.number.Text().substr(0, 8) + ";";
-    }
-    return seen;
-  };
-  EXPECT_EQ(walk(AssetOrder::kNumber, true), "       1;       3;       5;       9;");
-  EXPECT_EQ(walk(AssetOrder::kNumber, false), "       9;       5;       3;       1;");
+  EXPECT_EQ(Walk(AssetOrder::kNumber, true), "       1;       3;       5;       9;");
+  EXPECT_EQ(Walk(AssetOrder::kNumber, false), "       9;       5;       3;       1;");
   // Accounts 1500 + variant % 5: variants 9, 7, 5, 1 give 1504, 1502, 1500, 1501.
-  EXPECT_EQ(walk(AssetOrder::kSort, true), "       5;       9;       3;       1;");
+  EXPECT_EQ(Walk(AssetOrder::kSort, true), "       5;       9;       3;       1;");
+}
+
+TEST_F(CompanyAssetsTest, ACompanyWithoutAssetsIsWalkedFoundAndDeletedIn) {
+  // A new company: both indexes without a root.
+  ExpectEveryWalkEmpty();
+  NvAsset found;
+  EXPECT_EQ(company_.FindAsset("1.1", &found), kNotFound);
+  // A failed find leaves no place to step on from: the walk still ends at once.
+  NvAsset step;
+  step.record_number = 77;
+  EXPECT_EQ(company_.NextAsset(AssetOrder::kNumber, &step), kOk);
+  EXPECT_EQ(step.record_number, 0u);
+  NvAsset stale = MakeAsset(company_.record(), 100);
+  stale.record_number = 1;
+  EXPECT_EQ(company_.DeleteAsset(stale), kNumberKeyFailed);
+  EXPECT_EQ(company_.blocks().free_count(), 0u);
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+  ExpectEveryWalkEmpty();  // read-only as well
+}
+
+TEST_F(CompanyAssetsTest, ACompanyEmptiedByDeletingItsLastAsset) {
+  NvAsset only = MakeAsset(company_.record(), 100);
+  ASSERT_EQ(company_.AddAsset(&only), kOk);
+  ASSERT_EQ(company_.DeleteAsset(only), kOk);
+  ExpectEveryWalkEmpty();
+  NvAsset found;
+  EXPECT_EQ(company_.FindAsset(only.number.Text(), &found), kNotFound);
+  EXPECT_EQ(company_.DeleteAsset(only), kNumberKeyFailed);
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+  ExpectEveryWalkEmpty();
+
+  // It takes assets again.
+  ASSERT_EQ(company_.Open("ACME", 3, *ui_), 1);
+  NvAsset next = MakeAsset(company_.record(), 7 * 4);
+  ASSERT_EQ(company_.AddAsset(&next), kOk);
+  EXPECT_EQ(Walk(AssetOrder::kSort, false), "       4;");
+  EXPECT_EQ(Walk(AssetOrder::kNumber, true), "       4;");
 }
 
 TEST_F(CompanyAssetsTest, InterruptedRunIsRepairedOnTheNextOpen) {
