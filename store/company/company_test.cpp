@@ -7,7 +7,7 @@
 #include <string>
 
 #include "base/coding.h"
-#include "store/asset/asset_testing.h"
+#include "store/company/asset_testing.h"
 #include "store/company/company_check.h"
 #include "store/company/master_file.h"
 #include "store/file/key_compare.h"
