@@ -18,7 +18,7 @@ inline std::string AsciiUpper(std::string_view s) {
   return out;
 }
 
-inline bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+[[nodiscard]] inline bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i) {
     if (AsciiUpper(a[i]) != AsciiUpper(b[i])) return false;

@@ -58,8 +58,8 @@ class CommaTextReader {
  private:
   // Consumes the separator after a field (comma, newline, end) and records line_ended_.
   void FinishField();
-  bool AtNewline() const;
-  int Peek() const;
+  [[nodiscard]] bool AtNewline() const;
+  [[nodiscard]] int Peek() const;
 
   std::string text_;
   size_t pos_ = 0;

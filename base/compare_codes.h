@@ -18,7 +18,7 @@ namespace nv {
 
 // Returns a negative number, zero or a positive number as a sorts before, equal to or
 // after b.
-int CompareCodes(std::string_view a, std::string_view b);
+[[nodiscard]] int CompareCodes(std::string_view a, std::string_view b);
 
 // Strict weak ordering for containers kept in natural order.
 struct CodeLess {

@@ -37,12 +37,12 @@ struct Date {
 };
 
 // 0..29 -> 2000..2029, 30..99 -> 1930..1999, others unchanged.
-int ExpandTwoDigitYear(int year);
-bool IsLeapYear(int year);
+[[nodiscard]] int ExpandTwoDigitYear(int year);
+[[nodiscard]] bool IsLeapYear(int year);
 // 28 to 31; 0 when month is not 1 to 12.
-int LastDayOfMonth(int month, int year);
+[[nodiscard]] int LastDayOfMonth(int month, int year);
 // Month 1..12, day within the month, year 1..9999. The empty date is not valid.
-bool IsValidDate(const Date& date);
+[[nodiscard]] bool IsValidDate(const Date& date);
 
 std::string FormatDisplayDate(const Date& date);
 std::string FormatRecordDate(const Date& date);

@@ -32,7 +32,7 @@ int OpenFlags(File::Mode mode) {
 
 File& File::operator=(File&& other) noexcept {
   if (this != &other) {
-    Close();
+    static_cast<void>(Close());  // what it held is given up either way
     handle_ = other.handle_;
     other.handle_ = -1;
   }

@@ -25,7 +25,8 @@ class File {
   };
 
   File() = default;
-  ~File() { Close(); }
+  // A destructor has nobody to tell; callers that care close first.
+  ~File() { static_cast<void>(Close()); }
   File(File&& other) noexcept : handle_(other.handle_) { other.handle_ = -1; }
   File& operator=(File&& other) noexcept;
   File(const File&) = delete;
@@ -50,7 +51,7 @@ class File {
   std::optional<uint64_t> Size() const;
   // 0, or -1 when the system reported an error on closing. Closing a closed file does
   // nothing and gives 0.
-  int Close();
+  [[nodiscard]] int Close();
 
   // The system's handle, for the lock files built on it (base/lock_file.h).
   int handle() const { return handle_; }
@@ -60,11 +61,11 @@ class File {
   int handle_ = -1;
 };
 
-bool PathExists(const std::string& path);
-bool IsFolder(const std::string& path);
+[[nodiscard]] bool PathExists(const std::string& path);
+[[nodiscard]] bool IsFolder(const std::string& path);
 // True when both paths name the same existing file (a doubled separator, a link, another
 // spelling of it).
-bool SameFile(const std::string& a, const std::string& b);
+[[nodiscard]] bool SameFile(const std::string& a, const std::string& b);
 
 // Names of the entries of `folder` ("" is the current folder), without "." and "..";
 // empty when it cannot be read.

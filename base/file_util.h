@@ -23,11 +23,11 @@ std::optional<std::string> ReadFileBytes(const std::string& path, bool* missing 
 // Replaces (or creates) `path` with `bytes` through a temporary file in the same folder.
 // On failure the old file is left as it was and false is returned. Through a symbolic
 // link the file it points to is replaced; a dangling link is a failure.
-bool WriteFileAtomically(const std::string& path, std::string_view bytes);
+[[nodiscard]] bool WriteFileAtomically(const std::string& path, std::string_view bytes);
 
 // Writes `text`, whose lines end with "\n", with CR LF line ends (a "\r\n" already in the
 // text stays one line end).
-bool WriteTextFile(const std::string& path, std::string_view text);
+[[nodiscard]] bool WriteTextFile(const std::string& path, std::string_view text);
 
 // Splits text into lines at LF, dropping one CR before each LF; a last line without a line
 // end is kept, an empty text has no lines.
@@ -37,10 +37,10 @@ std::vector<std::string> SplitTextLines(std::string_view text);
 std::optional<std::vector<std::string>> ReadTextLines(const std::string& path);
 
 // Makes `path` and every missing folder above it. True when it exists as a folder after.
-bool MakeDirectories(const std::string& path);
+[[nodiscard]] bool MakeDirectories(const std::string& path);
 
 // Writes all of `bytes` to an open file descriptor: one write() unless the system takes
 // fewer bytes, then the rest. False on an error.
-bool WriteToDescriptor(int fd, std::string_view bytes);
+[[nodiscard]] bool WriteToDescriptor(int fd, std::string_view bytes);
 
 }  // namespace nv

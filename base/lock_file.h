@@ -46,15 +46,15 @@ class LockFile {
   LockFile& operator=(LockFile&& other) noexcept;
 
   // Creates the file if needed and takes the lock. REQUIRES: !held().
-  LockStatus TryAcquire(const std::string& path);
+  [[nodiscard]] LockStatus TryAcquire(const std::string& path);
   bool held() const { return fd_ >= 0; }
   const std::string& path() const { return path_; }
 
   // Replaces the file's content. REQUIRES: held().
-  bool WriteContent(std::string_view text);
+  [[nodiscard]] bool WriteContent(std::string_view text);
   // True when the path no longer names the file this holder locked (someone deleted or
   // replaced it). REQUIRES: held().
-  bool IsStale() const;
+  [[nodiscard]] bool IsStale() const;
 
   // Closes the file, which lets go of the lock. Nothing happens when not held.
   void Release();
@@ -64,7 +64,7 @@ class LockFile {
   // The file's content, read without locking; nullopt when it cannot be read.
   static std::optional<std::string> ReadContent(const std::string& path);
   // True when some open of the file (in any process, this one included) holds the lock.
-  static bool IsHeldByOther(const std::string& path);
+  [[nodiscard]] static bool IsHeldByOther(const std::string& path);
 
  private:
   int fd_ = -1;

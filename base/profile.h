@@ -23,11 +23,12 @@ std::vector<std::string> ListProfileKeys(const std::string& file, std::string_vi
 std::vector<std::string> ListProfileSections(const std::string& file);
 
 // Creates the file, the section and the key as needed.
-bool WriteProfileString(const std::string& file, std::string_view section, std::string_view key,
-                        std::string_view value);
+[[nodiscard]] bool WriteProfileString(const std::string& file, std::string_view section,
+                                      std::string_view key, std::string_view value);
 // True when the key is gone afterwards (also when it was never there).
-bool DeleteProfileKey(const std::string& file, std::string_view section, std::string_view key);
+[[nodiscard]] bool DeleteProfileKey(const std::string& file, std::string_view section,
+                                    std::string_view key);
 // True when the section is gone afterwards (also when it was never there).
-bool DeleteProfileSection(const std::string& file, std::string_view section);
+[[nodiscard]] bool DeleteProfileSection(const std::string& file, std::string_view section);
 
 }  // namespace nv

@@ -33,11 +33,11 @@ class ProfileText {
   // section's entries or the section at the end of the text. False (and nothing changed)
   // when a name is empty after trimming, a name or the value holds a line break, the key
   // holds "=" or starts with "[" or ";", or the section holds "]".
-  bool Set(std::string_view section, std::string_view key, std::string_view value);
+  [[nodiscard]] bool Set(std::string_view section, std::string_view key, std::string_view value);
   // Removes every entry of the key in the first matching section. True if a line went.
-  bool RemoveKey(std::string_view section, std::string_view key);
+  [[nodiscard]] bool RemoveKey(std::string_view section, std::string_view key);
   // Removes every matching section with all its lines. True if a line went.
-  bool RemoveSection(std::string_view section);
+  [[nodiscard]] bool RemoveSection(std::string_view section);
 
   const std::vector<std::string>& lines() const { return lines_; }
 

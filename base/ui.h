@@ -86,7 +86,7 @@ class Ui {
 
   // Small modal list of options. Returns the chosen option's value, its 0-based position
   // when the value is -1, or -1 when the list is closed without a choice.
-  virtual int ChoiceList(const ChoiceListRequest& request) = 0;
+  [[nodiscard]] virtual int ChoiceList(const ChoiceListRequest& request) = 0;
 
   // Common open (or save) file dialog. Returns the chosen path, or nothing on Cancel.
   virtual std::optional<std::string> ChooseFile(const FileDialogRequest& request) = 0;
@@ -112,7 +112,7 @@ class Ui {
 // Shorthands for the usual calls: printf-style texts, and "every answer but Yes is No".
 void MessageF(Ui& ui, std::string_view title, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
-bool AskYes(Ui& ui, DefaultButton default_button, const char* format, ...)
+[[nodiscard]] bool AskYes(Ui& ui, DefaultButton default_button, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
 }  // namespace nv

@@ -71,7 +71,7 @@ std::unique_ptr<ScriptedUi> NoAnswers() {
 // ---- Ours -------------------------------------------------------------------------------
 
 void BuildOurs(int n) {
-  DeleteCompanyFiles(Context(), Number(n));
+  static_cast<void>(DeleteCompanyFiles(Context(), Number(n)));  // a fresh company next
   NvCompany company(Context());
   company.record() = Company();
   if (company.Create({Number(n), "Bench"}, NvCompany::kOpenI1 | NvCompany::kOpenI2) != 0) {

@@ -73,7 +73,11 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
     return RenumberResult::kRefused;
   }
   const std::string name = company.record().name;
-  if (company.is_open()) company.Close();
+  // Files whose close failed may not hold all that was written: they are not moved.
+  if (company.is_open() && company.Close() != kOk) {
+    ui.Message(kRenameFailedMessage, "Error");
+    return RenumberResult::kFailed;
+  }
   if (context.current.subfolders) {
     std::string data = context.data_directory();
     if (!data.empty() && data.back() != '/') data += '/';
@@ -103,7 +107,11 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
     return RenumberResult::kFailed;
   }
   // Opening and closing under the new number writes the company record again.
-  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui) > 0) company.Close();
+  // The files are renamed already; a record that cannot be rewritten now keeps the one it
+  // had, which names no number, so nothing is lost.
+  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui) > 0) {
+    static_cast<void>(company.Close());
+  }
   RenumberInMasterFile(context, old_number, new_number, name);
   return RenumberResult::kDone;
 }

@@ -66,7 +66,7 @@ bool OpenChosenCompany(const InstallationContext& context, Ui& ui, NvCompany& co
     rc = company.Open(number, kFlags, ui);
   }
   if (rc > 0 && company.permission() == kNoAccess) {
-    company.Close();
+    static_cast<void>(company.Close());  // refused before anything was changed
     MessageF(ui, "Message", kNoAccessMessage, number.c_str());
     return false;
   }

@@ -102,7 +102,7 @@ TEST_F(CompanySelectionTest, UnusableCompaniesAreToldAndTheLockLetGo) {
   AddCompany("ACME", "Acme Tools");
   NvCompany company(ctx_);
   // A damaged index offers the quick rebuild, which is left to the main program.
-  WriteFileAtomically(Path("ACME.I1"), std::string(64, 'j'));
+  ASSERT_TRUE(WriteFileAtomically(Path("ACME.I1"), std::string(64, 'j')));
   auto rebuild = Script("choose 0\nyes\n");
   EXPECT_EQ(SelectCompany(ctx_, *rebuild, lock_, company, "", false).choice,
             CompanyChoice::kCancelled);
@@ -150,7 +150,7 @@ TEST_F(CompanySelectionTest, ChangeNumberMovesFilesLockAndListEntry) {
   auto select = Script("choose 0\n");
   NvCompany company(ctx_);
   ASSERT_EQ(SelectCompany(ctx_, *select, lock_, company, "", false).choice, CompanyChoice::kOpened);
-  WriteFileAtomically(Path("ACME.CLT/ACME.LOG"), "log\r\n");
+  ASSERT_TRUE(WriteFileAtomically(Path("ACME.CLT/ACME.LOG"), "log\r\n"));
 
   auto ui = Script("text ACME\ntext zed\ntext b a d\ntext New1\n");
   ASSERT_TRUE(RunChangeCompanyNumber(ctx_, company, lock_, *ui));

@@ -130,8 +130,8 @@ class EditUserPermissionsTest : public ::testing::Test {
     context_.user_name = "JSMITH";
     context_.network_mode = true;
     company_.SetLocation("ACME", dir_.path());
-    WriteTextFile(company_.SettingsPath(), "[Misc]\nSingleUserUP=yes\n");
-    WriteTextFile(company_.FilePath("LOG"), "a line\n");
+    EXPECT_TRUE(WriteTextFile(company_.SettingsPath(), "[Misc]\nSingleUserUP=yes\n"));
+    EXPECT_TRUE(WriteTextFile(company_.FilePath("LOG"), "a line\n"));
   }
 
   // A dialog that must not open.

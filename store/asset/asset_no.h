@@ -59,7 +59,7 @@ class NvAssetNo {
   // length + 1 blanks.
   std::string DisplayText() const;
   // Main length + subasset length + 1.
-  int KeyLength() const { return format_.KeyLength(); }
+  [[nodiscard]] int KeyLength() const { return format_.KeyLength(); }
   // The .I1 key: the text form in exactly key length bytes, zero bytes after a shorter
   // (free-form) text.
   std::string Key() const;

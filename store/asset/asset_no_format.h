@@ -23,14 +23,16 @@ struct NvAssetNoFormat {
   // Main length above 6, subasset length other than 2, or letters allowed. The company
   // record of a company with the short format (6, 2, no letters) has no version and format
   // fields.
-  bool IsLong() const { return main_length > 6 || subasset_length != 2 || letters(); }
+  [[nodiscard]] bool IsLong() const { return main_length > 6 || subasset_length != 2 || letters(); }
   // The company record leaves out its version and format fields only for the format that
   // a record without them means, 6, 2 and no flags. A shorter main part or the dashes flag
   // is not "long", but leaving the fields out would turn such a format into 6, 2, 0 on the
   // next read, and change the key length under an index written with the old one.
-  bool NeedsRecordFields() const { return main_length != 6 || subasset_length != 2 || flags != 0; }
+  [[nodiscard]] bool NeedsRecordFields() const {
+    return main_length != 6 || subasset_length != 2 || flags != 0;
+  }
   // .I1 key length and the length of the number's text form.
-  int KeyLength() const { return main_length + subasset_length + 1; }
+  [[nodiscard]] int KeyLength() const { return main_length + subasset_length + 1; }
   // "%d char (%s, %s), %d digit subasset", e.g. "6 char (numeric only, no dashes), 2 digit
   // subasset".
   std::string DisplayText() const;

@@ -73,8 +73,8 @@ void SetAccountGroupDefaults(std::string_view company_folder, std::string_view n
 // missing file, or one not beginning with a digit, gives the default settings; a first
 // line with a number of no known format gives no groups and leaves the settings as they
 // were.
-int LoadAccountGroups(std::string_view company_folder, std::string_view number,
-                      AccountGroupList* list);
+[[nodiscard]] int LoadAccountGroups(std::string_view company_folder, std::string_view number,
+                                    AccountGroupList* list);
 // Writes the list in the current format, replacing the file. Returns the number of groups
 // written or kFileNotCreated.
 [[nodiscard]] int SaveAccountGroups(std::string_view company_folder, std::string_view number,

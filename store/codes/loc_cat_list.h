@@ -71,7 +71,7 @@ class NvLocCatList {
 };
 
 // The order of the list: CompareCodes with a blank code counting as "0".
-int CompareLocCatCodes(std::string_view a, std::string_view b);
+[[nodiscard]] int CompareLocCatCodes(std::string_view a, std::string_view b);
 
 // Where a company's two lists lie: its own files NUMBER.LOC and NUMBER.CAT, or the
 // installation's GLOBAL.LOC and GLOBAL.CAT when the company record says the list is global.
@@ -84,7 +84,7 @@ struct LocCatFiles {
 
 // Whether the list `which` (kLocations or kCategories) is the global one under the
 // company record's choice.
-bool LocCatListIsGlobal(char global_choice, char which);
+[[nodiscard]] bool LocCatListIsGlobal(char global_choice, char which);
 // The file that list `which` is read from and written to: an existing file of that name
 // found ignoring case, else the name as the layout gives it.
 std::string LocCatFilePath(const LocCatFiles& files, char which);

@@ -23,8 +23,8 @@ class LocCatListTest : public ::testing::Test {
  protected:
   LocCatListTest() {
     files_ = {dir_.path() + "/data/", "CO1", dir_.path() + "/inst/", 'N'};
-    MakeDirectories(files_.installation_folder);
-    MakeDirectories(files_.company_folder);
+    EXPECT_TRUE(MakeDirectories(files_.installation_folder));
+    EXPECT_TRUE(MakeDirectories(files_.company_folder));
   }
 
   std::string Data(const std::string& name) const { return files_.company_folder + name; }
@@ -140,7 +140,7 @@ TEST_F(LocCatListTest, GlobalChoiceSelectsTheInstallationFiles) {
   ASSERT_EQ(LoadLocCatList(Path(kCategories), &categories), 1);
   EXPECT_EQ(locations[0].code, "GL");
   EXPECT_EQ(categories[0].code, "GC");
-  AddLocCatIfAbsent(&categories, "GD", "added");
+  EXPECT_TRUE(AddLocCatIfAbsent(&categories, "GD", "added"));
   ASSERT_EQ(SaveLocCatList(Path(kCategories), categories), 2);
   EXPECT_EQ(testing::ReadText(Inst("global.cat")),
             "NVW3000\r\nGC\tglobal category\r\nGD\tadded\r\n");

@@ -19,9 +19,10 @@ using PropertyCodeList = std::vector<PropertyCode>;
 
 // Replaces *codes with the section's keys in file order and their values. Returns the
 // number of codes.
-int LoadPropertyCodes(const std::string& settings_file, PropertyCodeList* codes);
+[[nodiscard]] int LoadPropertyCodes(const std::string& settings_file, PropertyCodeList* codes);
 // Replaces the section with the codes in their order; rows without a code are left out.
 // False when the settings file could not be written.
-bool SavePropertyCodes(const std::string& settings_file, const PropertyCodeList& codes);
+[[nodiscard]] bool SavePropertyCodes(const std::string& settings_file,
+                                     const PropertyCodeList& codes);
 
 }  // namespace nv

@@ -21,11 +21,11 @@ std::string UserFieldCaption(int index, std::string_view name);
 // Replaces *values with the allowed values of field `index` (1 to 10), in the section's
 // key order whatever the keys' names. Returns the number of values.
 // `settings_file` is the company's settings file.
-int LoadUserFieldValues(const std::string& settings_file, int index,
-                        std::vector<std::string>* values);
+[[nodiscard]] int LoadUserFieldValues(const std::string& settings_file, int index,
+                                      std::vector<std::string>* values);
 // Replaces the field's section with the values as UF01, UF02, ...; blank values are left
 // out. False when the settings file could not be written or the index is out of range.
-bool SaveUserFieldValues(const std::string& settings_file, int index,
-                         const std::vector<std::string>& values);
+[[nodiscard]] bool SaveUserFieldValues(const std::string& settings_file, int index,
+                                       const std::vector<std::string>& values);
 
 }  // namespace nv

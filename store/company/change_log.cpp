@@ -122,17 +122,19 @@ bool NvLogger::Write(std::optional<char> letter, const char* format, ...) {
   return WriteText(letter, text);
 }
 
+// The change lines below record work already done: a line the log does not take is lost,
+// the change is not, so their statuses are dropped on purpose.
 void NvLogger::WriteChange(std::optional<char> letter, std::string_view field,
                            const std::optional<std::string>& old_text,
                            const std::optional<std::string>& new_text) {
   const std::string name(field);
   if (old_text && new_text) {
-    Write(letter, "%s changed from <%s> to <%s>", name.c_str(), old_text->c_str(),
-          new_text->c_str());
+    static_cast<void>(Write(letter, "%s changed from <%s> to <%s>", name.c_str(), old_text->c_str(),
+                            new_text->c_str()));
   } else if (new_text) {
-    Write(letter, "%s set to <%s>", name.c_str(), new_text->c_str());
+    static_cast<void>(Write(letter, "%s set to <%s>", name.c_str(), new_text->c_str()));
   } else if (old_text) {
-    Write(letter, "%s removed", name.c_str());
+    static_cast<void>(Write(letter, "%s removed", name.c_str()));
   }
 }
 
@@ -229,8 +231,9 @@ void CompanyChangeLogger::LogNewCompany() {
     const std::string name(TrimBlanks(r.name));
     const std::string letters(TrimBlanks(r.schedule_letters));
     const Date& end = r.current_year_end;
-    Write(std::nullopt, "Co %s %s, Schedules: %s, %2.2d/%2.2d/%4.4d Year End", number.c_str(),
-          name.c_str(), letters.c_str(), end.month, end.day, end.year);
+    static_cast<void>(Write(std::nullopt, "Co %s %s, Schedules: %s, %2.2d/%2.2d/%4.4d Year End",
+                            number.c_str(), name.c_str(), letters.c_str(), end.month, end.day,
+                            end.year));
     return;
   }
   // Detailed: every field that has a value, in the order of the edit screen.
@@ -242,7 +245,7 @@ void CompanyChangeLogger::LogNewCompany() {
   LogDateChange(none, "Current Year End", none, r.current_year_end);
   LogFormatChange(none, "Asset No. Format", none, r.asset_no_format);
   for (const ScheduleEntry& entry : r.schedules) {
-    Write(none, "Schedule added: <%s>", LogScheduleName(entry).c_str());
+    static_cast<void>(Write(none, "Schedule added: <%s>", LogScheduleName(entry).c_str()));
   }
   LogChange(none, "Sort Order", none, r.sort_order);
   LogIntChange(none, "Business Category", none, NonZero(r.business_category));
@@ -254,8 +257,8 @@ void CompanyChangeLogger::LogNewCompany() {
     const std::string name(TrimBlanks(field.name));
     const std::string value(TrimBlanks(field.default_value));
     if (name.empty() && value.empty()) continue;
-    Write(none, "User Field %d: name set to <%s>, default set to <%s>", i + 1, name.c_str(),
-          value.c_str());
+    static_cast<void>(Write(none, "User Field %d: name set to <%s>, default set to <%s>", i + 1,
+                            name.c_str(), value.c_str()));
   }
   LogChange(none, "Misc Codes", none, r.misc_codes);
   LogIntChange(none, "Logging Flags", none, NonZero(r.logging_flags));
@@ -289,16 +292,18 @@ void CompanyChangeLogger::LogScheduleEdits() {
   for (const ScheduleEntry& entry : n.schedules) {
     const ScheduleEntry* before = o.FindSchedule(entry.letter);
     if (before == nullptr) {
-      Write(std::nullopt, "Schedule added: <%s>", LogScheduleName(entry).c_str());
+      static_cast<void>(
+          Write(std::nullopt, "Schedule added: <%s>", LogScheduleName(entry).c_str()));
     } else if (TrimBlanks(before->type) != TrimBlanks(entry.type) ||
                TrimBlanks(before->name) != TrimBlanks(entry.name)) {
-      Write(std::nullopt, "Schedule change: From <%s> to <%s>", LogScheduleName(*before).c_str(),
-            LogScheduleName(entry).c_str());
+      static_cast<void>(Write(std::nullopt, "Schedule change: From <%s> to <%s>",
+                              LogScheduleName(*before).c_str(), LogScheduleName(entry).c_str()));
     }
   }
   for (const ScheduleEntry& entry : o.schedules) {
     if (n.FindSchedule(entry.letter) == nullptr)
-      Write(std::nullopt, "Schedule removed: <%s>", LogScheduleName(entry).c_str());
+      static_cast<void>(
+          Write(std::nullopt, "Schedule removed: <%s>", LogScheduleName(entry).c_str()));
   }
 }
 
@@ -317,11 +322,11 @@ void LogCompanyChanges(const NvCompany& company, const NvCompanyRecord* old_reco
                        std::string_view heading, const LogClock& clock) {
   if (new_record.logging_flags == kLoggingNone) {
     if (old_record == nullptr) {
-      WriteLogLine(company, std::nullopt, std::nullopt, kTagNewCompany,
-                   "Company created with no logging.", clock);
+      static_cast<void>(WriteLogLine(company, std::nullopt, std::nullopt, kTagNewCompany,
+                                     "Company created with no logging.", clock));
     } else if (old_record->logging_flags != kLoggingNone) {
-      WriteLogLine(company, std::nullopt, std::nullopt, kTagEditCompany,
-                   "Company changed to have no logging.", clock);
+      static_cast<void>(WriteLogLine(company, std::nullopt, std::nullopt, kTagEditCompany,
+                                     "Company changed to have no logging.", clock));
     }
     return;
   }

@@ -70,14 +70,15 @@ std::string LogLineBytes(std::string_view prefix, std::optional<char> letter,
 
 // Writes one line at once, whatever the flags: opens the log for appending, writes, closes.
 // False when the file cannot be opened or written.
-bool WriteLogLine(const NvCompany& company, std::optional<std::string_view> asset_no,
-                  std::optional<char> letter, std::string_view tag, std::string_view text,
-                  const LogClock& clock = LocalLogTime);
+[[nodiscard]] bool WriteLogLine(const NvCompany& company, std::optional<std::string_view> asset_no,
+                                std::optional<char> letter, std::string_view tag,
+                                std::string_view text, const LogClock& clock = LocalLogTime);
 
 // WriteLogLine when `mask` and the company's logging flags share a bit; true when nothing
 // had to be written.
-bool LogIf(int32_t mask, const NvCompany& company, std::optional<std::string_view> asset_no,
-           std::string_view tag, std::string_view text, const LogClock& clock = LocalLogTime);
+[[nodiscard]] bool LogIf(int32_t mask, const NvCompany& company,
+                         std::optional<std::string_view> asset_no, std::string_view tag,
+                         std::string_view text, const LogClock& clock = LocalLogTime);
 
 // One logging run: every line carries the same prefix, made at the first line, and the file
 // stays open from the first line until the logger ends. Lines concern no asset.
@@ -94,7 +95,7 @@ class NvLogger {
 
   // Formats the text (cut to kMaxLogTextLength) and writes a line. False when the file
   // could not be opened or written.
-  bool Write(std::optional<char> letter, const char* format, ...)
+  [[nodiscard]] bool Write(std::optional<char> letter, const char* format, ...)
       __attribute__((format(printf, 3, 4)));
 
   // Change texts, for values trimmed of blanks at both ends; a blank value counts as none:
@@ -130,9 +131,9 @@ class NvLogger {
   void WriteChange(std::optional<char> letter, std::string_view field,
                    const std::optional<std::string>& old_text,
                    const std::optional<std::string>& new_text);
-  bool WriteText(std::optional<char> letter, std::string_view text);
+  [[nodiscard]] bool WriteText(std::optional<char> letter, std::string_view text);
   // Opens the file and makes the prefix at the first line. False when it cannot be opened.
-  bool Begin();
+  [[nodiscard]] bool Begin();
 
   const NvCompany& company_;
   std::string tag_;

@@ -141,7 +141,7 @@ TEST_F(ChangeLogTest, ChangeTextsTrimAndCut) {
     logger.LogCharChange(std::nullopt, "Mid-Quarter Override", 'Q', '\0');
     logger.LogFormatChange(std::nullopt, "Asset No. Format", NvAssetNoFormat{},
                            NvAssetNoFormat{10, 3, 3});
-    logger.Write(std::nullopt, "%s", std::string(300, 'x').c_str());
+    EXPECT_TRUE(logger.Write(std::nullopt, "%s", std::string(300, 'x').c_str()));
   }
   std::vector<std::string> expected = {
       "Edit Company",
@@ -166,8 +166,8 @@ TEST_F(ChangeLogTest, LoggerStampsEveryLineWithItsFirstLinesTime) {
   {
     NvLogger logger(company_, "CEDT", std::string("Heading not asked for"), 0, ticking);
     EXPECT_FALSE(std::filesystem::exists(company_.FilePath("LOG")));  // opened at first line
-    logger.Write(std::nullopt, "one");
-    logger.Write(std::nullopt, "two");
+    EXPECT_TRUE(logger.Write(std::nullopt, "one"));
+    EXPECT_TRUE(logger.Write(std::nullopt, "two"));
   }
   std::string bytes = LogBytes();
   EXPECT_EQ(bytes.substr(0, 17), "2024/05/17 14:03 ");

@@ -74,7 +74,7 @@ bool CanOpen(const std::string& path, bool read_only) {
 NvCompany::NvCompany(const InstallationContext& context) : context_(context) {}
 
 NvCompany::~NvCompany() {
-  if (is_open()) Close();
+  if (is_open()) static_cast<void>(Close());  // a destructor has nobody to tell
 }
 
 void NvCompany::SetLocation(std::string_view number, std::string folder) {
@@ -104,7 +104,8 @@ int NvCompany::Create(const NvMasterRec& entry, int flags) {
   if (is_open()) CloseFilesWithoutWriting();
   SetLocation(entry.number, CompanyFolder(context_, entry.number));
   record_.name = FitText(entry.name, kCompanyNameWidth);
-  if (context_.current.subfolders) MakeDirectories(folder_);  // a failure shows below
+  // A folder that cannot be made shows as the block file that cannot be created below.
+  if (context_.current.subfolders) static_cast<void>(MakeDirectories(folder_));
   open_flags_ = flags & ~kReadOnly;
   old_layout_ = false;
   record_.schedule_letters.clear();
@@ -335,9 +336,10 @@ int NvCompany::Close() {
 
 void NvCompany::CloseFilesWithoutWriting() {
   // Destroying the index objects' files without Close skips their headers.
-  i1_.file().Close();
-  i2_.file().Close();
-  blocks_.Close();
+  // Giving up: nothing was written, so a failed close loses nothing of ours.
+  static_cast<void>(i1_.file().Close());
+  static_cast<void>(i2_.file().Close());
+  static_cast<void>(blocks_.Close());
   marked_changing_ = false;
 }
 

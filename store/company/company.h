@@ -57,27 +57,28 @@ class NvCompany {
   // of `entry`: the folder when companies live in subfolders, the block file, and with
   // kOpenI1 / kOpenI2 empty indexes; then closes it, which writes the company record.
   // 0, or kBlockFileMissing, kI1Failed, kI2Failed, or a close failure.
-  int Create(const NvMasterRec& entry, int flags);
+  [[nodiscard]] int Create(const NvMasterRec& entry, int flags);
 
   // Opens a company: 1 on success, else a negative status (kBlockFileMissing, kBadMarker
   // for a file that is no company's, kBrokenChain, kNewerVersion, kI1Failed, kI2Failed,
   // kBadHeaderI1). Questions (opening an old company) go through ui. explicit_folder, when
   // not empty, is the folder of the company's files.
-  int Open(std::string_view number, int flags, Ui& ui, const std::string& explicit_folder = {});
+  [[nodiscard]] int Open(std::string_view number, int flags, Ui& ui,
+                         const std::string& explicit_folder = {});
 
   // Writes the company record and the index headers unless read-only, then closes the
   // files: 0, or kCloseBlockFileFailed / kCloseI1Failed / kCloseI2Failed. The company is
   // closed afterwards in any case.
-  int Close();
+  [[nodiscard]] int Close();
 
   // Writes the company record into the block file's chain from block 0 (the block file
   // must be open for writing): kOk or the status of the chain write.
-  int WriteCompanyRecord();
+  [[nodiscard]] int WriteCompanyRecord();
 
   // Copies every file number + ".*" of the company's folder (not folders, not the lock
   // file) into a new folder. Tells the user why when it fails; a half-made backup folder
   // is removed.
-  bool BackUp(const std::string& backup_folder, Ui& ui) const;
+  [[nodiscard]] bool BackUp(const std::string& backup_folder, Ui& ui) const;
 
   // Names the company and its folder (ends with the path separator) without opening
   // anything; Open and Create do this themselves.
@@ -108,22 +109,22 @@ class NvCompany {
   //
   // Adds a new asset: its first block, its .I1 and .I2 keys, its chain. kDuplicate when
   // the number exists; a failed add leaves nothing behind.
-  int AddAsset(NvAsset* asset);
+  [[nodiscard]] int AddAsset(NvAsset* asset);
   // Rewrites an asset that was read (record number set), moving its keys when its number
   // or its sort fields changed.
-  int ReplaceAsset(NvAsset* asset);
+  [[nodiscard]] int ReplaceAsset(NvAsset* asset);
   // Removes an asset's keys and frees its blocks, then writes "Asset deleted" to the
   // change log under `log_tag` ("DEL " when empty).
-  int DeleteAsset(const NvAsset& asset, std::string_view log_tag = {});
+  [[nodiscard]] int DeleteAsset(const NvAsset& asset, std::string_view log_tag = {});
   // Finds an asset by its number (parsed under the company's format) and reads it.
-  int FindAsset(std::string_view number, NvAsset* asset);
+  [[nodiscard]] int FindAsset(std::string_view number, NvAsset* asset);
   // Reads the asset whose chain starts at `record`.
-  int ReadAsset(uint32_t record, NvAsset* asset);
+  [[nodiscard]] int ReadAsset(uint32_t record, NvAsset* asset);
   // Steps in the chosen order from the last asset found or stepped to; an empty path (after
   // ResetAssetWalk) starts at the first (last) asset. At the end, and at once in a company
   // without assets: kOk with asset->record_number 0.
-  int NextAsset(AssetOrder order, NvAsset* asset);
-  int PreviousAsset(AssetOrder order, NvAsset* asset);
+  [[nodiscard]] int NextAsset(AssetOrder order, NvAsset* asset);
+  [[nodiscard]] int PreviousAsset(AssetOrder order, NvAsset* asset);
   void ResetAssetWalk();
   // The company's form of asset records (format, Round Dollars, schedules, sort order).
   AssetRecordFormat RecordFormat() const;
@@ -152,16 +153,16 @@ class NvCompany {
   NvBTreeFile& sort_index() { return i2_; }
 
  private:
-  int OpenBlockFile(int flags);
-  int ReadCompanyRecord(int flags);
-  int ConfirmOldLayout(Ui& ui);
-  int OpenIndexes(int flags);
+  [[nodiscard]] int OpenBlockFile(int flags);
+  [[nodiscard]] int ReadCompanyRecord(int flags);
+  [[nodiscard]] int ConfirmOldLayout(Ui& ui);
+  [[nodiscard]] int OpenIndexes(int flags);
   void CloseFilesWithoutWriting();
-  int Step(AssetOrder order, bool forward, NvAsset* asset);
+  [[nodiscard]] int Step(AssetOrder order, bool forward, NvAsset* asset);
   // The asset operations' steps; the public operations write the counters after them.
-  int InsertAsset(NvAsset* asset);
-  int RewriteAsset(NvAsset* asset);
-  int RemoveAsset(const NvAsset& asset, std::string_view log_tag);
+  [[nodiscard]] int InsertAsset(NvAsset* asset);
+  [[nodiscard]] int RewriteAsset(NvAsset* asset);
+  [[nodiscard]] int RemoveAsset(const NvAsset& asset, std::string_view log_tag);
   // Writes the block file's counters, then the .I1 and .I2 headers, each only when it
   // differs from the disk: the counters first, as an index entry may name a block that only
   // the new counters hold taken. kOk or the first failed write's status.
@@ -179,7 +180,7 @@ class NvCompany {
   void MarkChanging();
   void LoadCustomYears();
   void SaveCustomYears();
-  int RecoverInterruptedRun();
+  [[nodiscard]] int RecoverInterruptedRun();
 
   const InstallationContext& context_;
   std::string folder_;
@@ -213,13 +214,13 @@ inline constexpr char kCompanyNumberCharacters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ12
 inline constexpr size_t kCompanyNumberLength = 8;
 inline constexpr char kCompanyNumberCharactersMessage[] =
     "Only Letters, Numbers and the symbols\n&&#$@ are allowed in company numbers.";
-bool IsValidCompanyNumber(std::string_view number);
+[[nodiscard]] bool IsValidCompanyNumber(std::string_view number);
 
 // Removes the company's files (number + ".*" in its folder, subfolders included), its
 // folder when companies live in subfolders, and its line in MASTER.A. When `lock` holds
 // the company's own lock file, the lock is let go and the file goes too. False when
 // something could not be removed.
-bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number,
-                        CompanyInUseLock* lock = nullptr);
+[[nodiscard]] bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number,
+                                      CompanyInUseLock* lock = nullptr);
 
 }  // namespace nv

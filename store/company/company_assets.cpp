@@ -93,8 +93,9 @@ int NvCompany::InsertAsset(NvAsset* asset) {
   if (int rc = i1_.Insert(number_key, first, "", &node); rc != kOk) return give_back(rc);
   (void)WriteCountersThrough();  // as above
   if (int rc = i2_.Insert(sort_key, first, record_.sort_order, &node); rc != kOk) {
-    // No key may point at a block that is free again.
-    i1_.Delete(number_key, "");
+    // No key may point at a block that is free again. Should this delete fail too, the
+    // key stays and the company check reports it; the add's own status is what counts.
+    static_cast<void>(i1_.Delete(number_key, ""));
     return give_back(rc);
   }
   asset->record_number = first;
@@ -118,7 +119,7 @@ int NvCompany::RewriteAsset(NvAsset* asset) {
     // Insert the new key first, so that a duplicate number leaves the asset as it was.
     if (int rc = i1_.Insert(number_key, asset->record_number, "", &node); rc != kOk) return rc;
     if (i1_.Delete(asset->stored_number_key, "") != kOk) {
-      i1_.Delete(number_key, "");
+      static_cast<void>(i1_.Delete(number_key, ""));  // undoing; kNumberKeyFailed tells
       return kNumberKeyFailed;
     }
     asset->stored_number_key = number_key;
@@ -128,7 +129,7 @@ int NvCompany::RewriteAsset(NvAsset* asset) {
       return rc;
     }
     if (i2_.Delete(asset->stored_sort_key, record_.sort_order) != kOk) {
-      i2_.Delete(sort_key, record_.sort_order);
+      static_cast<void>(i2_.Delete(sort_key, record_.sort_order));  // undoing; kSortKeyFailed tells
       return kSortKeyFailed;
     }
     asset->stored_sort_key = sort_key;
@@ -152,8 +153,9 @@ int NvCompany::RemoveAsset(const NvAsset& asset, std::string_view log_tag) {
   if (!i1_.is_open() || i1_.Delete(number_key, "") != kOk) return kNumberKeyFailed;
   if (!i2_.is_open() || i2_.Delete(sort_key, record_.sort_order) != kOk) return kSortKeyFailed;
   if (int rc = FreeAssetChain(asset.record_number); rc != kOk) return rc;
-  LogIf(kLogAllMask, *this, asset.number.DisplayText(),
-        log_tag.empty() ? kTagAssetDeleted : log_tag, "Asset deleted");
+  // The asset is gone whether or not the log takes the line.
+  static_cast<void>(LogIf(kLogAllMask, *this, asset.number.DisplayText(),
+                          log_tag.empty() ? kTagAssetDeleted : log_tag, "Asset deleted"));
   return kOk;
 }
 
@@ -248,8 +250,8 @@ int NvCompany::PreviousAsset(AssetOrder order, NvAsset* asset) {
 
 // After a run died inside an operation the block file's counters and the indexes may be
 // behind the blocks: an add's blocks are written before the counters, and a split of an
-// index node is three writes. The asset chains themselves are whole for every add that returned, so the
-// free list and both indexes are built again from them:
+// index node is three writes. The asset chains themselves are whole for every add that returned, so
+// the free list and both indexes are built again from them:
 //   1. every block the file holds counts, the company record's chain is kept;
 //   2. each block with an asset's first-block marker whose chain reads whole, uses no block
 //      of another chain and whose number is new gets its keys in fresh indexes;
@@ -331,7 +333,7 @@ int NvCompany::RecoverInterruptedRun() {
     uint32_t node = 0;
     bool keyed = !asset.number.empty() && i1.Insert(number_key, b, "", &node) == kOk;
     if (keyed && i2.Insert(AssetSortKey(asset, format), b, record_.sort_order, &node) != kOk) {
-      i1.Delete(number_key, "");
+      static_cast<void>(i1.Delete(number_key, ""));  // a fresh index; the check counts what is left
       keyed = false;
     }
     if (!keyed) {

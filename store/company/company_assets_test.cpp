@@ -188,7 +188,7 @@ TEST_F(CompanyAssetsTest, InterruptedRunIsRepairedOnTheNextOpen) {
   EXPECT_TRUE(std::filesystem::exists(marker));
   std::filesystem::copy_file(company_.FilePath("A"), dir_.File("saved.A"));
   std::filesystem::copy_file(company_.FilePath("I1"), dir_.File("saved.I1"));
-  company_.Close();
+  EXPECT_EQ(company_.Close(), 0);
   std::filesystem::copy_file(dir_.File("saved.A"), company_.FilePath("A"),
                              std::filesystem::copy_options::overwrite_existing);
   // The index as it stood before the last few splits: the rebuild does not need it.
@@ -205,7 +205,7 @@ TEST_F(CompanyAssetsTest, InterruptedRunIsRepairedOnTheNextOpen) {
 }
 
 TEST_F(CompanyAssetsTest, DeletingACompanyLetsGoOfItsOwnLock) {
-  company_.Close();
+  EXPECT_EQ(company_.Close(), 0);
   CompanyInUseLock lock;
   ASSERT_EQ(lock.Take(company_.FilePath("LOK"), "TESTER", LockTimeNow()), "");
   EXPECT_TRUE(DeleteCompanyFiles(ctx_, "acme", &lock));

@@ -64,7 +64,7 @@ class CompanyInUseLock {
   // taken, so that it no longer keeps anyone out. REQUIRES: held().
   bool lost() const { return file_.IsStale(); }
   // True when the held lock is the file at `path` (another spelling of it included).
-  bool HoldsFileAt(const std::string& path) const;
+  [[nodiscard]] bool HoldsFileAt(const std::string& path) const;
 
  private:
   LockFile file_;

@@ -146,11 +146,11 @@ std::string SerializeOldCompanyRecord(const NvCompanyRecord& record,
                                       const BlockFileCounters& counters);
 
 // True when a version text "MAJOR.MINOR.BUILD[/...]" names a version after this program's.
-bool IsNewerVersion(std::string_view version);
+[[nodiscard]] bool IsNewerVersion(std::string_view version);
 
 // Months from Last Closed to Current Year End: the difference of their months, plus 12
 // when below 1, and 12 when still outside 1 to 12.
-int MonthsInCurrentYear(const Date& last_closed, const Date& current_year_end);
+[[nodiscard]] int MonthsInCurrentYear(const Date& last_closed, const Date& current_year_end);
 
 // Moves a Current Year End that is not after Last Closed, or more than a year after it,
 // to Last Closed plus one year. An empty or invalid Last Closed leaves it as it is.

@@ -180,7 +180,7 @@ TEST_F(CompanyTest, NewerVersionDamagedAndMissingFiles) {
   WriteAll(File("CUT.A"), cut);
   EXPECT_EQ(company.Open("CUT", NvCompany::kReadOnly, *ui), kBrokenChain);
   EXPECT_EQ(company.Open("CUT", NvCompany::kReadOnly | NvCompany::kTolerateShortChain, *ui), 1);
-  company.Close();
+  EXPECT_EQ(company.Close(), 0);
 
   ASSERT_EQ(CreateCompany("IDX", SmallRecord(), 0), 0);
   EXPECT_EQ(company.Open("IDX", NvCompany::kOpenI1, *ui), kI1Failed);

@@ -35,7 +35,7 @@ inline constexpr char kNoChangePermissionNote[] =
     "Note: You do not have permission to delete or change the existing company.";
 
 // F, W, R, N (either case) to their levels; any other letter is kNoAccess.
-int PermissionLevelOfLetter(char letter);
+[[nodiscard]] int PermissionLevelOfLetter(char letter);
 // The letter of a level; any level but -1, 0 and 3 is Read/Write.
 char PermissionLetter(int level);
 // "Full Access", "Read/Write Access", "Read Only Access" or "No Access"; any level but -1,
@@ -43,19 +43,20 @@ char PermissionLetter(int level);
 const char* PermissionLevelText(int level);
 
 // True unless the text is blank or "0".
-bool PermissionsDefined(std::string_view permissions);
+[[nodiscard]] bool PermissionsDefined(std::string_view permissions);
 
 // The level of `user_name` under `permissions`. `enforced`: network mode, or SingleUserUP.
 // Upper-cases "|" + text and looks for "|USER:", then for "|*:"; the letter after the colon
 // is the level. Not enforced, not defined, or no entry: Full Access.
-int UserPermissionLevel(std::string_view permissions, std::string_view user_name, bool enforced);
+[[nodiscard]] int UserPermissionLevel(std::string_view permissions, std::string_view user_name,
+                                      bool enforced);
 
 // Whether the company's permissions text counts for this run: network mode, or "yes" for
 // "SingleUserUP" in section "Misc" of the company's settings file.
-bool PermissionsEnforced(const NvCompany& company);
+[[nodiscard]] bool PermissionsEnforced(const NvCompany& company);
 // The level of the run's user for the company's record as it stands; computed when the
 // company is opened.
-int CurrentUserPermission(const NvCompany& company);
+[[nodiscard]] int CurrentUserPermission(const NvCompany& company);
 
 struct PermissionEntry {
   std::string name;  // a user name, or "*"

@@ -78,9 +78,9 @@ BlockHeader DecodeFirstBlockHeader(const uint8_t* block);
 inline constexpr uint32_t kNoChain = 0xFFFFFFFF;
 
 // True for the markers of a first or continuation block of either layout.
-bool IsChainMarker(uint8_t marker);
+[[nodiscard]] bool IsChainMarker(uint8_t marker);
 // True for the first-block markers of the old layout (16-bit next field at offset 0).
-bool IsOldLayoutMarker(uint8_t marker);
+[[nodiscard]] bool IsOldLayoutMarker(uint8_t marker);
 
 // Writes bytes as a current-layout chain. *first_block is the old chain's first block (its
 // blocks are reused in place while their markers are chain markers), or kNoChain to allocate
@@ -89,14 +89,15 @@ bool IsOldLayoutMarker(uint8_t marker);
 // allocation or free.
 // With `first_is_new`, *first_block is a block just allocated for a new chain: nothing of
 // an old chain is read from it.
-int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_marker,
-               uint16_t block_length_field, uint32_t* first_block, bool first_is_new = false);
+[[nodiscard]] int WriteChain(NvRecFile& file, std::span<const uint8_t> bytes, uint8_t first_marker,
+                             uint16_t block_length_field, uint32_t* first_block,
+                             bool first_is_new = false);
 
 // Reads the chain starting at first_block into *bytes (all data parts, whole blocks).
 // max_blocks 0 reads to the end. *first_marker (optional) receives the first block's marker.
 // Returns kOk, kBadMarker (first block is not a first block), or kBrokenChain (a
 // continuation without the 0xE1 marker, an unreadable block, or a chain that loops).
-int ReadChain(NvRecFile& file, uint32_t first_block, size_t max_blocks, std::string* bytes,
-              uint8_t* first_marker = nullptr);
+[[nodiscard]] int ReadChain(NvRecFile& file, uint32_t first_block, size_t max_blocks,
+                            std::string* bytes, uint8_t* first_marker = nullptr);
 
 }  // namespace nv

@@ -24,7 +24,7 @@ bool AllZero(const uint8_t* p, size_t n) {
 
 int NvBTreeFile::Open(const std::string& path, bool read_only, uint32_t key_length_current,
                       uint32_t key_length_old, int bad_header_status) {
-  Close();
+  static_cast<void>(Close());  // an index open before is given up for this one
   bad_header_status_ = bad_header_status;
   key_length_current_ = key_length_current;
   key_length_old_ = key_length_old;
@@ -33,13 +33,13 @@ int NvBTreeFile::Open(const std::string& path, bool read_only, uint32_t key_leng
     return bad_header_status_;
   }
   int rc = ReadHeader();
-  if (rc != kOk) file_.Close();
+  if (rc != kOk) static_cast<void>(file_.Close());  // read-only use; nothing written
   return rc;
 }
 
 int NvBTreeFile::Create(const std::string& path, uint32_t key_length, int bad_header_status,
                         NvRecFile::Format format) {
-  Close();
+  static_cast<void>(Close());  // an index open before is given up for this one
   bad_header_status_ = bad_header_status;
   key_length_ = key_length_current_ = key_length_old_ = key_length;
   if (key_length == 0 || !file_.Create(path, NodeLength(format, key_length), format)) {
@@ -48,7 +48,7 @@ int NvBTreeFile::Create(const std::string& path, uint32_t key_length, int bad_he
   root_ = 0;
   ClearPath();
   if (WriteHeader() != kOk) {
-    file_.Close();
+    static_cast<void>(file_.Close());  // the status below says it failed
     return bad_header_status_;
   }
   return kOk;

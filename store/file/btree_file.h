@@ -91,30 +91,31 @@ class NvBTreeFile {
   // Opens an index and reads its header; the header says the layout and so which key
   // length applies. bad_header_status (kBadHeaderI1 or kBadHeaderI2) is returned when the
   // file cannot be opened or its header is not recognized. kOk on success.
-  int Open(const std::string& path, bool read_only, uint32_t key_length_current,
-           uint32_t key_length_old, int bad_header_status);
+  [[nodiscard]] int Open(const std::string& path, bool read_only, uint32_t key_length_current,
+                         uint32_t key_length_old, int bad_header_status);
   // Creates an empty index and writes its header.
-  int Create(const std::string& path, uint32_t key_length, int bad_header_status,
-             NvRecFile::Format format = NvRecFile::kCurrentLayout);
-  int ReadHeader();
-  int WriteHeader();
+  [[nodiscard]] int Create(const std::string& path, uint32_t key_length, int bad_header_status,
+                           NvRecFile::Format format = NvRecFile::kCurrentLayout);
+  [[nodiscard]] int ReadHeader();
+  [[nodiscard]] int WriteHeader();
   // Writes the header when the root or the counters differ from the header last read or
   // written, so that the file reads as a whole tree between changes: kOk or the status of
   // WriteHeader. Nothing is written to a file open for reading only.
   [[nodiscard]] int WriteHeaderIfChanged();
   // Writes the header when open for writing, then closes: 0, or -1 when either failed.
   // Destroying an open index closes it without writing the header.
-  int Close();
+  [[nodiscard]] int Close();
 
   // The sort order is the company's for .I2 and empty for .I1. Keys shorter than the key
   // length are padded with zero bytes, longer ones cut.
-  int Find(std::string_view key, std::string_view sort_order, uint32_t* record);
-  int Insert(std::string_view key, uint32_t record, std::string_view sort_order, uint32_t* node);
-  int Delete(std::string_view key, std::string_view sort_order);
+  [[nodiscard]] int Find(std::string_view key, std::string_view sort_order, uint32_t* record);
+  [[nodiscard]] int Insert(std::string_view key, uint32_t record, std::string_view sort_order,
+                           uint32_t* node);
+  [[nodiscard]] int Delete(std::string_view key, std::string_view sort_order);
   // Step in key order from the current path; an empty path starts at the first (last)
   // entry. At the end: kOk with *record 0 and an empty path.
-  int Next(uint32_t* record);
-  int Previous(uint32_t* record);
+  [[nodiscard]] int Next(uint32_t* record);
+  [[nodiscard]] int Previous(uint32_t* record);
   // Key of the entry last found or stepped to.
   const std::string& current_key() const { return current_key_; }
   const TreepathStack& path() const { return path_; }
@@ -124,11 +125,12 @@ class NvBTreeFile {
     scratch_.number = 0;
   }
 
-  int CompareKeys(std::string_view a, std::string_view b, std::string_view sort_order) const;
+  [[nodiscard]] int CompareKeys(std::string_view a, std::string_view b,
+                                std::string_view sort_order) const;
   // Reads and checks a node number (1 .. highest record): kOk or kOutOfRange.
-  int ReadNode(uint32_t number, NvIndexNode* node);
-  int WriteNode(const NvIndexNode& node);
-  bool SlotEmpty(const NvIndexNode& node, int slot) const;
+  [[nodiscard]] int ReadNode(uint32_t number, NvIndexNode* node);
+  [[nodiscard]] int WriteNode(const NvIndexNode& node);
+  [[nodiscard]] bool SlotEmpty(const NvIndexNode& node, int slot) const;
   std::string_view Key(const NvIndexNode& node, int slot) const;
 
   bool is_open() const { return file_.is_open(); }
@@ -139,15 +141,15 @@ class NvBTreeFile {
 
  private:
   void SetProbe(std::string_view key);
-  int Push(uint32_t node, uint16_t slot);
-  int DescendLeft(uint32_t node);
-  int DescendRight(uint32_t node);
-  int ReadNodeOnce(uint32_t number, NvIndexNode* node);
-  int Step(bool forward, uint32_t* record);
-  int StepDown(bool forward);
-  int EmitNext(uint32_t* record);
-  int EmitPrevious(uint32_t* record);
-  int Emit(const NvIndexNode& node, int slot, uint32_t* record);
+  [[nodiscard]] int Push(uint32_t node, uint16_t slot);
+  [[nodiscard]] int DescendLeft(uint32_t node);
+  [[nodiscard]] int DescendRight(uint32_t node);
+  [[nodiscard]] int ReadNodeOnce(uint32_t number, NvIndexNode* node);
+  [[nodiscard]] int Step(bool forward, uint32_t* record);
+  [[nodiscard]] int StepDown(bool forward);
+  [[nodiscard]] int EmitNext(uint32_t* record);
+  [[nodiscard]] int EmitPrevious(uint32_t* record);
+  [[nodiscard]] int Emit(const NvIndexNode& node, int slot, uint32_t* record);
   void CopyEntry(NvIndexNode* to, int to_slot, const NvIndexNode& from, int from_slot) const;
   void ClearEntry(NvIndexNode* node, int slot) const;
   void ZeroNode(NvIndexNode* node, uint32_t number) const;

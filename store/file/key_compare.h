@@ -28,7 +28,7 @@ namespace nv {
 
 // The short asset-number format is main length 6, subasset length 2, no flags; anything
 // else (main length above 6, subasset length other than 2, letters allowed) is long.
-bool IsLongAssetNoFormat(int main_length, int subasset_length, int flags);
+[[nodiscard]] bool IsLongAssetNoFormat(int main_length, int subasset_length, int flags);
 
 // .I1 key length: main + subasset + 1 (current layout), 5 (old layout).
 uint32_t I1KeyLength(bool current_layout, int main_length, int subasset_length);
@@ -36,13 +36,15 @@ uint32_t I1KeyLength(bool current_layout, int main_length, int subasset_length);
 uint32_t I2KeyLength(bool current_layout, std::string_view sort_order, bool long_format);
 
 // Natural order of two texts cut at the first NUL.
-int CompareNaturalField(std::string_view a, std::string_view b);
+[[nodiscard]] int CompareNaturalField(std::string_view a, std::string_view b);
 // .I1 comparison: the part before the first "." in natural order, then the subasset number.
-int CompareI1Keys(std::string_view a, std::string_view b);
+[[nodiscard]] int CompareI1Keys(std::string_view a, std::string_view b);
 // Current-layout .I2 comparison walking the sort order. An empty sort order compares the
 // whole key as an .I1 key.
-int CompareI2Keys(std::string_view a, std::string_view b, std::string_view sort_order);
+[[nodiscard]] int CompareI2Keys(std::string_view a, std::string_view b,
+                                std::string_view sort_order);
 // Old-layout comparison; without a sort order the whole key is compared bytewise.
-int CompareOldKeys(std::string_view a, std::string_view b, std::string_view sort_order);
+[[nodiscard]] int CompareOldKeys(std::string_view a, std::string_view b,
+                                 std::string_view sort_order);
 
 }  // namespace nv

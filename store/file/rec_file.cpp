@@ -13,12 +13,12 @@
 namespace nv {
 
 NvRecFile::~NvRecFile() {
-  Close();
+  static_cast<void>(Close());  // a destructor has nobody to tell
 }
 
 bool NvRecFile::OpenHandle(const std::string& path, int flags, uint32_t record_length,
                            Format format) {
-  Close();
+  static_cast<void>(Close());  // a file open before is given up for this one
   if (record_length == 0) return false;
   int fd = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
   if (fd < 0) return false;

@@ -53,25 +53,26 @@ class NvRecFile {
 
   // Opens an existing file for reading only or for reading and writing. Counters are zero
   // until the owner sets them.
-  bool Open(const std::string& path, bool read_only, uint32_t record_length, Format format);
+  [[nodiscard]] bool Open(const std::string& path, bool read_only, uint32_t record_length,
+                          Format format);
   // Creates (or truncates) a file for reading and writing, with zero counters.
-  bool Create(const std::string& path, uint32_t record_length, Format format);
+  [[nodiscard]] bool Create(const std::string& path, uint32_t record_length, Format format);
   // 0, or -1 when the file could not be closed. Closing a closed file does nothing.
-  int Close();
+  [[nodiscard]] int Close();
 
   // Transfers the whole record (count 0) or its first count bytes. False when the file is
   // closed, count exceeds the record length, or fewer bytes were transferred.
-  bool ReadRecord(uint32_t number, uint8_t* buffer, size_t count = 0);
-  bool WriteRecord(uint32_t number, const uint8_t* buffer, size_t count = 0);
+  [[nodiscard]] bool ReadRecord(uint32_t number, uint8_t* buffer, size_t count = 0);
+  [[nodiscard]] bool WriteRecord(uint32_t number, const uint8_t* buffer, size_t count = 0);
   // Writes `records` whole records from `first` on in one transfer.
-  bool WriteRecords(uint32_t first, const uint8_t* buffer, uint32_t records);
+  [[nodiscard]] bool WriteRecords(uint32_t first, const uint8_t* buffer, uint32_t records);
 
   // Takes the free head, or appends a record. kOk with *number set, kAllocReadFailed or
   // kOutOfRange (record limit reached).
-  int Allocate(uint32_t* number);
+  [[nodiscard]] int Allocate(uint32_t* number);
   // Puts a record (1 .. highest) at the head of the free list: kOk, kOutOfRange or
   // kFreeWriteFailed.
-  int Free(uint32_t number);
+  [[nodiscard]] int Free(uint32_t number);
 
   bool is_open() const { return handle_ >= 0; }
   bool read_only() const { return read_only_; }
@@ -93,8 +94,9 @@ class NvRecFile {
   void set_cache_limit(size_t bytes);
 
  private:
-  bool OpenHandle(const std::string& path, int flags, uint32_t record_length, Format format);
-  bool ReadAhead(uint32_t number, uint8_t* buffer);
+  [[nodiscard]] bool OpenHandle(const std::string& path, int flags, uint32_t record_length,
+                                Format format);
+  [[nodiscard]] bool ReadAhead(uint32_t number, uint8_t* buffer);
   const uint8_t* Cached(uint32_t number) const;
   void Remember(uint32_t number, const uint8_t* record, size_t offset, size_t count, bool whole);
 

@@ -34,7 +34,7 @@ TEST(NvRecFile, FreedRecordsCarryTheFreeBytesOfTheirLayout) {
   ASSERT_EQ(f.Free(3), kOk);
   EXPECT_EQ(f.free_head(), 3u);
   EXPECT_EQ(f.free_count(), 2u);
-  f.Close();
+  EXPECT_EQ(f.Close(), 0);
   Bytes file = ReadAll(dir.File("cur"));
   // 00 00, marker F1, u32 next free; the rest of the record is untouched.
   EXPECT_EQ(Slice(file, 2 * kLen, kLen),
@@ -45,7 +45,7 @@ TEST(NvRecFile, FreedRecordsCarryTheFreeBytesOfTheirLayout) {
   MakeFile(f, dir.File("old"), 4, NvRecFile::kOldLayout);
   ASSERT_EQ(f.Free(1), kOk);
   ASSERT_EQ(f.Free(3), kOk);
-  f.Close();
+  EXPECT_EQ(f.Close(), 0);
   file = ReadAll(dir.File("old"));
   // u16 next free, marker F0.
   EXPECT_EQ(Slice(file, kLen, kLen), ByteBuilder().Raw({0, 0, 0xF0}).Fill(1, kLen - 3).bytes());
@@ -111,7 +111,7 @@ TEST(NvRecFile, ReadOnlyFilesRefuseWritesAndShortReadsFail) {
   TempDir dir;
   NvRecFile f;
   MakeFile(f, dir.File("a"), 3, NvRecFile::kCurrentLayout);
-  f.Close();
+  EXPECT_EQ(f.Close(), 0);
   ASSERT_TRUE(f.Open(dir.File("a"), true, kLen, NvRecFile::kCurrentLayout));
   f.SetCounters(2, 0, 0);
   uint8_t buf[kLen];

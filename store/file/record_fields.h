@@ -44,7 +44,7 @@ std::string FormatRecordAmount(double amount, bool round_dollars);
 double ParseRecordAmount(std::string_view text);
 // The integer at the start of the text (blanks and a sign allowed), 0 without digits; held
 // to the int range. *end (when given) is set past the last character read.
-int ParseRecordInt(std::string_view text, size_t* end = nullptr);
+[[nodiscard]] int ParseRecordInt(std::string_view text, size_t* end = nullptr);
 // The record date form. A field of eight digits that names no valid date (02/30, month 13)
 // keeps its numbers rather than being lost; anything else that is not a date reads as the
 // empty date.
@@ -78,14 +78,14 @@ class RecordFieldReader {
   // The data ends at its first zero byte.
   explicit RecordFieldReader(std::string_view data);
 
-  bool AtEnd() const { return pos_ >= data_.size(); }
+  [[nodiscard]] bool AtEnd() const { return pos_ >= data_.size(); }
   // The next field as it stands; empty at the end of the data.
   std::string_view Next();
   void Skip(int count);
 
   std::string Text(size_t width) { return FitText(Next(), width); }
   char Char() { return FieldChar(Next()); }
-  int Int() { return ParseRecordInt(Next()); }
+  [[nodiscard]] int Int() { return ParseRecordInt(Next()); }
   double Amount() { return ParseRecordAmount(Next()); }
   nv::Date Date() { return ReadRecordDate(Next()); }
 

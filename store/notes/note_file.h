@@ -112,7 +112,7 @@ class NoteFile {
   // The notes of `key`, newest first, in *list (with list->key set). True also when the
   // key or the file is missing (no notes); false when the file is in use, cannot be read,
   // or its tree or the key's chain is damaged. A missing file is not created.
-  bool ReadNotes(std::string_view key, NoteList* list);
+  [[nodiscard]] bool ReadNotes(std::string_view key, NoteList* list);
 
   // Makes the stored notes of list->key equal to the list, in list order, and sets each
   // note's position. A note read from the file keeps its record when the record does not
@@ -123,13 +123,14 @@ class NoteFile {
   // the file is in use, damaged or cannot be written, and when the key is missing and the
   // list is empty; records already rewritten then stay as written. Creates the file when
   // missing.
-  bool SaveNotes(NoteList* list, std::optional<std::string_view> old_key = std::nullopt);
+  [[nodiscard]] bool SaveNotes(NoteList* list,
+                               std::optional<std::string_view> old_key = std::nullopt);
 
   // Where `key` is in the tree. False when it is not there, or the file is missing, in use
   // or damaged.
-  bool FindIndexKey(std::string_view key, NoteIndexLocation* location);
+  [[nodiscard]] bool FindIndexKey(std::string_view key, NoteIndexLocation* location);
   // Adds `key` with a null position; true also when it was there already.
-  bool AddIndexKey(std::string_view key);
+  [[nodiscard]] bool AddIndexKey(std::string_view key);
 
   const std::string& path() const { return path_; }
   uint32_t key_size() const { return key_size_; }
@@ -138,29 +139,29 @@ class NoteFile {
   enum class Access { kRead, kWrite };
 
   // Opens and locks the file; *missing tells a reader that there is no file.
-  bool Open(Access access, bool* missing);
+  [[nodiscard]] bool Open(Access access, bool* missing);
   void Close();
-  bool SetUpIfEmpty();
+  [[nodiscard]] bool SetUpIfEmpty();
 
   // Records. ReadRec leaves type kNoteRecInvalid for a record that is not wholly in the
   // file or has an unknown tag.
   void ReadRec(uint64_t position, NoteFileRec* rec);
-  bool WriteRec(const NoteFileRec& rec);
-  bool AppendRec(NoteFileRec* rec);
-  bool WritePosition(uint64_t at, uint64_t position);
-  bool ReadFirst(NoteFileFirstRec* first);
-  bool ReadNode(uint64_t position, NoteFileIndexRec* node);
-  bool WriteFirst(uint64_t root);
+  [[nodiscard]] bool WriteRec(const NoteFileRec& rec);
+  [[nodiscard]] bool AppendRec(NoteFileRec* rec);
+  [[nodiscard]] bool WritePosition(uint64_t at, uint64_t position);
+  [[nodiscard]] bool ReadFirst(NoteFileFirstRec* first);
+  [[nodiscard]] bool ReadNode(uint64_t position, NoteFileIndexRec* node);
+  [[nodiscard]] bool WriteFirst(uint64_t root);
 
   // The tree (note_file_index.cpp). Find gives kOk, kNotFound or kOutOfRange (damaged).
-  int Find(std::string_view key, NoteIndexLocation* location);
-  bool Add(std::string_view key);
+  [[nodiscard]] int Find(std::string_view key, NoteIndexLocation* location);
+  [[nodiscard]] bool Add(std::string_view key);
   size_t Search(const NoteFileIndexRec& node, std::string_view key) const;
 
   // The key's stored notes from `position` on, in chain order. False for a chain that
   // comes back to a note it has passed. Bodies are dropped; lengths are kept.
-  bool ReadChain(uint64_t position, std::vector<NoteFileNoteRec>* chain);
-  bool Save(NoteList* list, std::optional<std::string_view> old_key);
+  [[nodiscard]] bool ReadChain(uint64_t position, std::vector<NoteFileNoteRec>* chain);
+  [[nodiscard]] bool Save(NoteList* list, std::optional<std::string_view> old_key);
 
   std::string path_;
   uint32_t key_size_;
@@ -183,6 +184,6 @@ Note MakeNoteNow(std::string text);
 
 // Reads the key's notes, adds `note` in its place and saves them: how an importer adds a
 // note to an asset. False when reading or saving failed.
-bool AddNote(NoteFile& file, std::string_view key, Note note);
+[[nodiscard]] bool AddNote(NoteFile& file, std::string_view key, Note note);
 
 }  // namespace nv

@@ -31,7 +31,7 @@ enum NoteRecType : int {
 // The key as the file compares and stores it: cut to the key size and at the first NUL.
 std::string_view NoteKeyView(std::string_view key, uint32_t key_size);
 // Order of two keys, each cut as above, in natural text order.
-int CompareNoteKeys(std::string_view a, std::string_view b, uint32_t key_size);
+[[nodiscard]] int CompareNoteKeys(std::string_view a, std::string_view b, uint32_t key_size);
 
 void EncodeNotePosition(uint8_t* dst, uint64_t position);
 uint64_t DecodeNotePosition(const uint8_t* src);
@@ -50,7 +50,7 @@ struct NoteFileRec {
   // The 6-byte tag written for a type code ("INVLD\t" for unknown codes).
   static std::string_view Tag(int type);
   // The type code of a tag, compared ignoring case; kNoteRecInvalid when unknown.
-  static int TypeOfTag(std::string_view tag);
+  [[nodiscard]] static int TypeOfTag(std::string_view tag);
   // Frame and body as they go into the file. REQUIRES: body.size() == length.
   std::string Bytes() const;
   // Total size in the file: frame plus body.
@@ -73,7 +73,7 @@ struct NoteFileFirstRec : NoteFileRec {
   uint64_t root = kNullNotePosition;   // the root INDEX record
 
   // False when the body is too short.
-  bool Decode();
+  [[nodiscard]] bool Decode();
   void Encode();
 };
 
@@ -96,13 +96,13 @@ struct NoteFileIndexRec : NoteFileRec {
 
   // Body length of a node of `capacity` items of key size K; -1 when it would not fit the
   // 32-bit length.
-  static int64_t BodyLength(int64_t capacity, uint32_t key_size);
+  [[nodiscard]] static int64_t BodyLength(int64_t capacity, uint32_t key_size);
   // Offset in the file of item `index`'s position field of the node at `node_position`.
   static uint64_t ItemFieldPosition(uint64_t node_position, size_t index, uint32_t key_size);
 
   // False unless the body is exactly a node of its capacity (2 or more items) with no more
   // items in use than the capacity.
-  bool Decode(uint32_t key_size);
+  [[nodiscard]] bool Decode(uint32_t key_size);
   // Writes the items, zeroes the unused ones, and sets the length.
   void Encode(uint32_t key_size);
   bool full() const { return static_cast<int64_t>(items.size()) >= capacity; }
@@ -123,10 +123,10 @@ struct NoteFileNoteRec : NoteFileRec {
   std::string text;
 
   // Body length for this key and text; -1 when it would not fit the 32-bit length.
-  int64_t BodyLength() const;
+  [[nodiscard]] int64_t BodyLength() const;
   // False unless the body is the head, a key and a text, each ending with its NUL, and
   // nothing after.
-  bool Decode();
+  [[nodiscard]] bool Decode();
   // REQUIRES: BodyLength() >= 0, and no NUL inside key or text.
   void Encode();
 };

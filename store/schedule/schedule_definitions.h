@@ -46,15 +46,15 @@ struct ScheduleDefinition {
 };
 
 // A schedule letter is one of A to Z; nothing else is stored as a key.
-inline bool IsScheduleLetter(char c) {
+[[nodiscard]] inline bool IsScheduleLetter(char c) {
   return c >= 'A' && c <= 'Z';
 }
 
 // Orders by letter, then source.
-bool ByLetterThenSource(const ScheduleDefinition& a, const ScheduleDefinition& b);
+[[nodiscard]] bool ByLetterThenSource(const ScheduleDefinition& a, const ScheduleDefinition& b);
 // Display order: by the type's place in "TBACSO" (a two-letter state type counts as S, any
 // other type comes after them), then by letter, then by source.
-bool ByDisplayOrder(const ScheduleDefinition& a, const ScheduleDefinition& b);
+[[nodiscard]] bool ByDisplayOrder(const ScheduleDefinition& a, const ScheduleDefinition& b);
 
 // Owns its definitions and keeps them sorted by a replaceable comparison; a definition is
 // added after those that compare equal to it.
@@ -86,7 +86,8 @@ class ScheduleDefinitionList {
 
 // True when both lists hold the same definitions (letter, source, type, description),
 // whatever their order and effective flags.
-bool SameScheduleDefinitions(const ScheduleDefinitionList& a, const ScheduleDefinitionList& b);
+[[nodiscard]] bool SameScheduleDefinitions(const ScheduleDefinitionList& a,
+                                           const ScheduleDefinitionList& b);
 
 // Marks the definition in force for each letter and sorts the list for display.
 void SetEffectiveAndDisplayOrder(ScheduleDefinitionList* list);
@@ -134,6 +135,6 @@ std::optional<std::string> StateName(std::string_view code);
 std::string CompanyScheduleName(const CompanySchedules& company, char letter);
 
 // True when the company's settings file has a "Consolidated Company" section with a key.
-bool IsConsolidatedCompany(const std::string& settings_file);
+[[nodiscard]] bool IsConsolidatedCompany(const std::string& settings_file);
 
 }  // namespace nv

@@ -84,7 +84,8 @@ TEST(ScheduleDefinitionsTest, StoredValuesAreReadByTheirRules) {
 
 TEST(ScheduleDefinitionsTest, InstallationFileIsFoundIgnoringCaseAndCreatedUpperCase) {
   ScheduleTestCompany t;
-  WriteFileAtomically(t.dir().File("kelnvwin.ini"), "[Schedule Definitions]\nW=S,Wages\n");
+  ASSERT_TRUE(
+      WriteFileAtomically(t.dir().File("kelnvwin.ini"), "[Schedule Definitions]\nW=S,Wages\n"));
   std::optional<ScheduleDefinition> found =
       LookupScheduleDefinition(t.company(), 'W', kAllCompaniesSource);
   ASSERT_TRUE(found);

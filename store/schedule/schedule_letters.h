@@ -27,7 +27,7 @@ inline constexpr char kRemovingSchedulesWarning[] =
     "Removing Schedules will cause data\nfor those Schedules to be lost.";
 
 // True when a letter other than a blank stands twice.
-bool HasRepeatedLetters(std::string_view letters);
+[[nodiscard]] bool HasRepeatedLetters(std::string_view letters);
 
 // The letters with T and A inserted where missing and T, A and C put in that order; nullopt
 // when T or A is missing and the field (field_width characters) has no room for both.
@@ -50,7 +50,7 @@ class ScheduleLettersEdit {
 
   // Saving the company with these letters: true to go on. When letters of the saved
   // company are gone, the user must confirm losing their data.
-  bool ConfirmSave(std::string_view letters, Ui& ui) const;
+  [[nodiscard]] bool ConfirmSave(std::string_view letters, Ui& ui) const;
 
  private:
   CompanySchedules company_;

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "base/file_util.h"
-#include "base/temp_dir_testing.h"
 #include "base/installation_context.h"
+#include "base/temp_dir_testing.h"
 #include "store/schedule/schedule_definitions.h"
 
 namespace nv::testing {
@@ -14,7 +14,7 @@ namespace nv::testing {
 class ScheduleTestCompany {
  public:
   explicit ScheduleTestCompany(const std::string& number = "CO1") {
-    MakeDirectories(dir_.path() + "/data/");
+    EXPECT_TRUE(MakeDirectories(dir_.path() + "/data/"));
     context_.installation_folder = dir_.path() + "/";
     schedules_.settings_file = dir_.path() + "/data/" + number + ".ini";
   }
@@ -35,9 +35,13 @@ class ScheduleTestCompany {
   }
 
   std::string Settings() const { return ReadFileBytes(SettingsPath()).value_or("<none>"); }
-  void PutSettings(const std::string& bytes) { WriteFileAtomically(SettingsPath(), bytes); }
+  void PutSettings(const std::string& bytes) {
+    EXPECT_TRUE(WriteFileAtomically(SettingsPath(), bytes));
+  }
   std::string Installation() const { return ReadFileBytes(InstallationFile()).value_or("<none>"); }
-  void PutInstallation(const std::string& bytes) { WriteFileAtomically(InstallationFile(), bytes); }
+  void PutInstallation(const std::string& bytes) {
+    EXPECT_TRUE(WriteFileAtomically(InstallationFile(), bytes));
+  }
   std::string InstallationFile() const { return InstallationSettingsPath(context_); }
 
  private:
