@@ -139,6 +139,11 @@ class NvBTreeFile {
 
  private:
   void SetProbe(std::string_view key);
+  // Where the probe goes in a node that is not full: kOk with *pos the slot it takes (or
+  // whose right child it goes down to), or kDuplicate.
+  int InsertPosition(const NvIndexNode& node, std::string_view sort_order, int* pos) const;
+  // Puts the probe and its record in at slot pos, moving the keys before it one slot left.
+  void PlaceProbe(NvIndexNode* node, int pos, uint32_t record) const;
   int Push(uint32_t node, uint16_t slot);
   int DescendLeft(uint32_t node);
   int DescendRight(uint32_t node);
