@@ -1,6 +1,4 @@
 // NvCompany's asset operations and the recovery after an interrupted run.
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <span>
@@ -8,12 +6,13 @@
 #include <vector>
 
 #include "base/coding.h"
+#include "base/file_util.h"
 #include "store/asset/asset.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
-#include "store/file/block_chain.h"
 #include "store/company/change_log.h"
 #include "store/company/company.h"
+#include "store/file/block_chain.h"
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
 
@@ -32,9 +31,10 @@ AssetRecordFormat NvCompany::RecordFormat() const {
 
 void NvCompany::MarkChanging() {
   if (marked_changing_) return;
-  marked_changing_ = true;
-  int fd = ::open(FilePath(kChangingMarkerExtension).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  if (fd >= 0) ::close(fd);
+  // On disk before the first change, so that after a power loss the next writer still
+  // finds it. Without it (a folder that takes no new file) the run goes on as before and
+  // the next operation tries again.
+  marked_changing_ = CreateFileDurably(FilePath(kChangingMarkerExtension));
 }
 
 int NvCompany::AddAsset(NvAsset* asset) {

@@ -125,7 +125,7 @@ int NvBTreeFile::WriteHeaderIfChanged() {
 int NvBTreeFile::Close() {
   if (!file_.is_open()) return 0;
   int rc = 0;
-  if (!file_.read_only() && WriteHeader() != kOk) rc = -1;
+  if (!file_.read_only() && (WriteHeader() != kOk || !file_.Sync())) rc = -1;
   if (file_.Close() != 0) rc = -1;
   ClearPath();
   return rc;

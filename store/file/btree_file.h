@@ -102,8 +102,9 @@ class NvBTreeFile {
   // written, so that the file reads as a whole tree between changes: kOk or the status of
   // WriteHeader. Nothing is written to a file open for reading only.
   [[nodiscard]] int WriteHeaderIfChanged();
-  // Writes the header when open for writing, then closes: 0, or -1 when either failed.
-  // Destroying an open index closes it without writing the header.
+  // Writes the header when open for writing and makes the file reach the disk (fsync),
+  // then closes: 0, or -1 when any step failed. Destroying an open index closes it without
+  // writing the header.
   int Close();
 
   // The sort order is the company's for .I2 and empty for .I1. Keys shorter than the key

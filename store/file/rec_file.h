@@ -21,7 +21,8 @@
 //
 // Reads may be served from an in-memory copy of records already read or written (a whole
 // record read takes in its neighbours of the same 16 KB chunk too); every write goes to
-// the file at once, so the file's bytes never differ from an uncached run.
+// the file at once, so the file's bytes never differ from an uncached run. Writes reach
+// the disk when the system flushes them, or at Sync.
 #pragma once
 
 #include <cstddef>
@@ -58,6 +59,9 @@ class NvRecFile {
   bool Create(const std::string& path, uint32_t record_length, Format format);
   // 0, or -1 when the file could not be closed. Closing a closed file does nothing.
   int Close();
+  // Makes every write so far reach the disk (fsync). False when the file is closed or the
+  // system could not.
+  [[nodiscard]] bool Sync();
 
   // Transfers the whole record (count 0) or its first count bytes. False when the file is
   // closed, count exceeds the record length, or fewer bytes were transferred.
