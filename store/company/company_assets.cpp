@@ -315,8 +315,9 @@ int NvCompany::RecoverInterruptedRun() {
   }
   for (uint32_t b = 1; b <= highest; ++b) {
     if (used[b] || !blocks_.ReadRecord(b, head, sizeof head)) continue;
-    const uint8_t marker = DecodeFirstBlockHeader(head).marker;
-    if (marker != kMarkerAssetFirst && marker != kMarkerOldAssetFirst) continue;
+    // Outside the company record's chain, 0xE0 starts an old asset chain as 0xE2 does.
+    const BlockHeader first = DecodeFirstBlockHeader(head);
+    if (first.marker != kMarkerAssetFirst && !first.old_layout) continue;
     if (!claim_chain(b, &bytes, &chain)) continue;
     NvAsset asset;
     ParseAssetRecord(bytes, format, &asset);
