@@ -80,6 +80,21 @@ TEST(FileUtil, ReadTellsMissingFromUnreadable) {
   EXPECT_EQ(ReadFileBytes(dir.File("big"), &missing), big);
 }
 
+TEST(FileUtil, DurableCreationKeepsAnExistingFileAndNeedsItsFolder) {
+  TempDir dir;
+  const std::string path = dir.File("ACME.DTY");
+  ASSERT_TRUE(CreateFileDurably(path));
+  EXPECT_EQ(ReadFileBytes(path), "");
+  ASSERT_TRUE(WriteFileAtomically(path, "kept"));
+  ASSERT_TRUE(CreateFileDurably(path));
+  EXPECT_EQ(ReadFileBytes(path), "kept");
+  EXPECT_FALSE(CreateFileDurably(dir.File("missing/ACME.DTY")));
+
+  EXPECT_TRUE(SyncFolder(dir.path()));
+  EXPECT_FALSE(SyncFolder(dir.File("missing")));
+  EXPECT_FALSE(SyncFolder(path));  // a file is no folder
+}
+
 TEST(FileUtil, MakeDirectoriesMakesTheWholePath) {
   TempDir dir;
   std::string deep = dir.File("a/b/c.CLT/");

@@ -130,7 +130,11 @@ int NvCompany::Create(const NvMasterRec& entry, int flags) {
     CloseFilesWithoutWriting();
     return kI2Failed;
   }
-  return Close();
+  const int status = Close();
+  // The new files' names reach the disk with their bytes. A failure here leaves a company
+  // that is whole now, only less sure to outlive a power loss: not worth refusing it.
+  (void)SyncFolder(folder_);
+  return status;
 }
 
 int NvCompany::Open(std::string_view number, int flags, Ui& ui,
@@ -325,10 +329,14 @@ int NvCompany::Close() {
     if (WriteCompanyRecord() != kOk) status = kCloseBlockFileFailed;
     SaveCustomYears();
   }
-  // An index's Close writes its header when it is open for writing.
+  // An index's Close writes its header and syncs the file when it is open for writing.
   if (i1_.is_open() && i1_.Close() != 0 && status == 0) status = kCloseI1Failed;
   if (i2_.is_open() && i2_.Close() != 0 && status == 0) status = kCloseI2Failed;
+  if (blocks_.is_open() && !read_only() && !blocks_.Sync() && status == 0) {
+    status = kCloseBlockFileFailed;
+  }
   if (blocks_.is_open() && blocks_.Close() != 0 && status == 0) status = kCloseBlockFileFailed;
+  // Only once all three files are on disk may the marker go.
   if (marked_changing_ && status == 0) std::remove(FilePath(kChangingMarkerExtension).c_str());
   marked_changing_ = false;
   return status;

@@ -1,6 +1,4 @@
 // NvCompany's asset operations and the recovery after an interrupted run.
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <span>
@@ -8,6 +6,7 @@
 #include <vector>
 
 #include "base/coding.h"
+#include "base/file_util.h"
 #include "store/asset/asset.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
@@ -32,9 +31,10 @@ AssetRecordFormat NvCompany::RecordFormat() const {
 
 void NvCompany::MarkChanging() {
   if (marked_changing_) return;
-  marked_changing_ = true;
-  int fd = ::open(FilePath(kChangingMarkerExtension).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  if (fd >= 0) ::close(fd);
+  // On disk before the first change, so that after a power loss the next writer still
+  // finds it. Without it (a folder that takes no new file) the run goes on as before and
+  // the next operation tries again.
+  marked_changing_ = CreateFileDurably(FilePath(kChangingMarkerExtension));
 }
 
 int NvCompany::AddAsset(NvAsset* asset) {
@@ -324,8 +324,9 @@ int NvCompany::RecoverInterruptedRun() {
   }
   for (uint32_t b = 1; b <= highest; ++b) {
     if (used[b] || !blocks_.ReadRecord(b, head, sizeof head)) continue;
-    const uint8_t marker = DecodeFirstBlockHeader(head).marker;
-    if (marker != kMarkerAssetFirst && marker != kMarkerOldAssetFirst) continue;
+    // Outside the company record's chain, 0xE0 starts an old asset chain as 0xE2 does.
+    const BlockHeader first = DecodeFirstBlockHeader(head);
+    if (first.marker != kMarkerAssetFirst && !first.old_layout) continue;
     if (!claim_chain(b, &bytes, &chain)) continue;
     NvAsset asset;
     ParseAssetRecord(bytes, format, &asset);

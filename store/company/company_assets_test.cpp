@@ -204,6 +204,42 @@ TEST_F(CompanyAssetsTest, InterruptedRunIsRepairedOnTheNextOpen) {
   }
 }
 
+// Assets of a company from before the current layout keep their old chains (16-bit next
+// field at 0, marker at 2, 142 data bytes) until they are rewritten, with either old
+// first-block marker; the rebuild after an interrupted run keeps them.
+TEST_F(CompanyAssetsTest, RebuildKeepsOldLayoutChains) {
+  const AssetRecordFormat format = company_.RecordFormat();
+  std::vector<NvAsset> assets;
+  uint32_t block = company_.blocks().highest_record() + 1;
+  for (uint8_t first_marker : {0xE0, 0xE2}) {
+    NvAsset asset = MakeAsset(company_.record(), first_marker == 0xE0 ? 40 : 41);
+    const std::string bytes = SerializeAssetRecord(asset, format);
+    const size_t pieces = (bytes.size() + 141) / 142;
+    for (size_t i = 0; i < pieces; ++i, ++block) {
+      const uint16_t next = i + 1 < pieces ? static_cast<uint16_t>(block + 1) : 0;
+      testing::Bytes b = testing::ByteBuilder()
+                             .U16(next)
+                             .Raw({i == 0 ? first_marker : uint8_t{0xE1}})
+                             .Text(bytes.substr(i * 142, 142))
+                             .bytes();
+      b.resize(145, 0);
+      ASSERT_TRUE(company_.blocks().WriteRecord(block, b.data()));
+    }
+    assets.push_back(asset);
+  }
+  company_.Close();
+  testing::WriteAll(company_.FilePath(kChangingMarkerExtension), {});
+
+  ASSERT_EQ(company_.Open("ACME", 3, *ui_), 1);
+  NvAsset found;
+  for (const NvAsset& asset : assets) {
+    ASSERT_EQ(company_.FindAsset(asset.number.Text(), &found), kOk) << asset.number.Text();
+    EXPECT_EQ(found.description, asset.description);
+  }
+  EXPECT_EQ(company_.blocks().free_count(), 0u);
+  EXPECT_EQ(Check(), std::vector<std::string>{});
+}
+
 TEST_F(CompanyAssetsTest, DeletingACompanyLetsGoOfItsOwnLock) {
   EXPECT_EQ(company_.Close(), 0);
   CompanyInUseLock lock;

@@ -125,7 +125,7 @@ int NvBTreeFile::WriteHeaderIfChanged() {
 int NvBTreeFile::Close() {
   if (!file_.is_open()) return 0;
   int rc = 0;
-  if (!file_.read_only() && WriteHeader() != kOk) rc = -1;
+  if (!file_.read_only() && (WriteHeader() != kOk || !file_.Sync())) rc = -1;
   if (file_.Close() != 0) rc = -1;
   ClearPath();
   return rc;
@@ -265,6 +265,22 @@ int NvBTreeFile::Find(std::string_view key, std::string_view sort_order, uint32_
 
 // ---- Insert -----------------------------------------------------------------------------
 
+int NvBTreeFile::InsertPosition(const NvIndexNode& node, std::string_view sort_order,
+                                int* pos) const {
+  int c1 = SlotEmpty(node, 1) ? 1 : CompareKeys(probe_, Key(node, 1), sort_order);
+  int c2 = SlotEmpty(node, 2) ? 1 : CompareKeys(probe_, Key(node, 2), sort_order);
+  if (c1 == 0 || c2 == 0) return kDuplicate;
+  *pos = c1 < 0 ? 0 : (c2 < 0 ? 1 : 2);
+  return kOk;
+}
+
+void NvBTreeFile::PlaceProbe(NvIndexNode* node, int pos, uint32_t record) const {
+  for (int i = 0; i < pos; ++i) CopyEntry(node, i, *node, i + 1);
+  std::memcpy(&node->keys[size_t(pos) * key_length_], probe_.data(), key_length_);
+  node->data[pos] = record;
+  node->child[pos] = 0;
+}
+
 int NvBTreeFile::Insert(std::string_view key, uint32_t record, std::string_view sort_order,
                         uint32_t* node_number) {
   if (!file_.is_open()) return bad_header_status_;
@@ -298,6 +314,7 @@ int NvBTreeFile::Insert(std::string_view key, uint32_t record, std::string_view 
     seen.push_back(current);
     if (int rc = ReadNode(current, &node); rc != kOk) return rc;
 
+    int pos = 0;  // slot the key takes in the node, or whose right child it goes down to
     if (!SlotEmpty(node, 0)) {
       // Full: split it, moving key 1 up into the parent.
       const uint32_t highest_before = file_.highest_record();
@@ -332,6 +349,14 @@ int NvBTreeFile::Insert(std::string_view key, uint32_t record, std::string_view 
       parent.child[parent_pos] = x;
       ClearEntry(&node, 0);
       ClearEntry(&node, 1);
+      const int c = CompareKeys(probe_, Key(parent, parent_pos), sort_order);
+      // The half the key belongs in: the new node takes the keys below the middle one.
+      NvIndexNode& target = c < 0 ? fresh : node;
+      const int status = c == 0 ? kDuplicate : InsertPosition(target, sort_order, &pos);
+      // A key that stays in its half goes in before the halves are written: each is
+      // written once.
+      const bool placed = status == kOk && target.child[pos + 1] == 0;
+      if (placed) PlaceProbe(&target, pos, record);
       // The new node first, as nothing points at it yet; then the parent, which points at
       // it; then the split node. A new root is named only when all three are written, so
       // a failed write leaves the tree under the old root as it was.
@@ -339,26 +364,23 @@ int NvBTreeFile::Insert(std::string_view key, uint32_t record, std::string_view 
       if (int rc = WriteNode(parent); rc != kOk) return give_back(rc);
       if (int rc = WriteNode(node); rc != kOk) return new_root ? give_back(rc) : rc;
       if (new_root) root_ = parent.number;
-      int c = CompareKeys(probe_, Key(parent, parent_pos), sort_order);
-      if (c == 0) return kDuplicate;
+      if (status != kOk) return status;
+      if (placed) {
+        *node_number = target.number;
+        return kOk;
+      }
       if (c < 0) std::swap(node, fresh);
+      current = node.child[pos + 1];
+    } else {
+      if (int rc = InsertPosition(node, sort_order, &pos); rc != kOk) return rc;
+      if (node.child[pos + 1] == 0) {
+        PlaceProbe(&node, pos, record);
+        if (int rc = WriteNode(node); rc != kOk) return rc;
+        *node_number = node.number;
+        return kOk;
+      }
+      current = node.child[pos + 1];
     }
-
-    int c1 = SlotEmpty(node, 1) ? 1 : CompareKeys(probe_, Key(node, 1), sort_order);
-    int c2 = SlotEmpty(node, 2) ? 1 : CompareKeys(probe_, Key(node, 2), sort_order);
-    if (c1 == 0 || c2 == 0) return kDuplicate;
-    int pos = c1 < 0 ? 0 : (c2 < 0 ? 1 : 2);
-
-    if (node.child[pos + 1] == 0) {
-      for (int i = 0; i < pos; ++i) CopyEntry(&node, i, node, i + 1);
-      std::memcpy(&node.keys[size_t(pos) * key_length_], probe_.data(), key_length_);
-      node.data[pos] = record;
-      node.child[pos] = 0;
-      if (int rc = WriteNode(node); rc != kOk) return rc;
-      *node_number = node.number;
-      return kOk;
-    }
-    current = node.child[pos + 1];
     std::swap(parent, node);
     has_parent = true;
     parent_pos = pos;

@@ -92,25 +92,25 @@ class NvBTreeFile {
   // length applies. bad_header_status (kBadHeaderI1 or kBadHeaderI2) is returned when the
   // file cannot be opened or its header is not recognized. kOk on success.
   [[nodiscard]] int Open(const std::string& path, bool read_only, uint32_t key_length_current,
-                         uint32_t key_length_old, int bad_header_status);
+           uint32_t key_length_old, int bad_header_status);
   // Creates an empty index and writes its header.
   [[nodiscard]] int Create(const std::string& path, uint32_t key_length, int bad_header_status,
-                           NvRecFile::Format format = NvRecFile::kCurrentLayout);
+             NvRecFile::Format format = NvRecFile::kCurrentLayout);
   [[nodiscard]] int ReadHeader();
   [[nodiscard]] int WriteHeader();
   // Writes the header when the root or the counters differ from the header last read or
   // written, so that the file reads as a whole tree between changes: kOk or the status of
   // WriteHeader. Nothing is written to a file open for reading only.
   [[nodiscard]] int WriteHeaderIfChanged();
-  // Writes the header when open for writing, then closes: 0, or -1 when either failed.
-  // Destroying an open index closes it without writing the header.
+  // Writes the header when open for writing and makes the file reach the disk (fsync),
+  // then closes: 0, or -1 when any step failed. Destroying an open index closes it without
+  // writing the header.
   [[nodiscard]] int Close();
 
   // The sort order is the company's for .I2 and empty for .I1. Keys shorter than the key
   // length are padded with zero bytes, longer ones cut.
   [[nodiscard]] int Find(std::string_view key, std::string_view sort_order, uint32_t* record);
-  [[nodiscard]] int Insert(std::string_view key, uint32_t record, std::string_view sort_order,
-                           uint32_t* node);
+  [[nodiscard]] int Insert(std::string_view key, uint32_t record, std::string_view sort_order, uint32_t* node);
   [[nodiscard]] int Delete(std::string_view key, std::string_view sort_order);
   // Step in key order from the current path; an empty path starts at the first (last)
   // entry. At the end: kOk with *record 0 and an empty path.
@@ -125,8 +125,7 @@ class NvBTreeFile {
     scratch_.number = 0;
   }
 
-  [[nodiscard]] int CompareKeys(std::string_view a, std::string_view b,
-                                std::string_view sort_order) const;
+  [[nodiscard]] int CompareKeys(std::string_view a, std::string_view b, std::string_view sort_order) const;
   // Reads and checks a node number (1 .. highest record): kOk or kOutOfRange.
   [[nodiscard]] int ReadNode(uint32_t number, NvIndexNode* node);
   [[nodiscard]] int WriteNode(const NvIndexNode& node);
@@ -141,6 +140,11 @@ class NvBTreeFile {
 
  private:
   void SetProbe(std::string_view key);
+  // Where the probe goes in a node that is not full: kOk with *pos the slot it takes (or
+  // whose right child it goes down to), or kDuplicate.
+  [[nodiscard]] int InsertPosition(const NvIndexNode& node, std::string_view sort_order, int* pos) const;
+  // Puts the probe and its record in at slot pos, moving the keys before it one slot left.
+  void PlaceProbe(NvIndexNode* node, int pos, uint32_t record) const;
   [[nodiscard]] int Push(uint32_t node, uint16_t slot);
   [[nodiscard]] int DescendLeft(uint32_t node);
   [[nodiscard]] int DescendRight(uint32_t node);

@@ -48,6 +48,10 @@ int NvRecFile::Close() {
   return rc == 0 ? 0 : -1;
 }
 
+bool NvRecFile::Sync() {
+  return handle_ >= 0 && ::fsync(handle_) == 0;
+}
+
 void NvRecFile::SetCounters(uint32_t highest_record, uint32_t free_head, uint32_t free_count) {
   highest_record_ = highest_record;
   free_head_ = free_head;

@@ -21,7 +21,8 @@
 //
 // Reads may be served from an in-memory copy of records already read or written (a whole
 // record read takes in its neighbours of the same 16 KB chunk too); every write goes to
-// the file at once, so the file's bytes never differ from an uncached run.
+// the file at once, so the file's bytes never differ from an uncached run. Writes reach
+// the disk when the system flushes them, or at Sync.
 #pragma once
 
 #include <cstddef>
@@ -53,12 +54,14 @@ class NvRecFile {
 
   // Opens an existing file for reading only or for reading and writing. Counters are zero
   // until the owner sets them.
-  [[nodiscard]] bool Open(const std::string& path, bool read_only, uint32_t record_length,
-                          Format format);
+  [[nodiscard]] bool Open(const std::string& path, bool read_only, uint32_t record_length, Format format);
   // Creates (or truncates) a file for reading and writing, with zero counters.
   [[nodiscard]] bool Create(const std::string& path, uint32_t record_length, Format format);
   // 0, or -1 when the file could not be closed. Closing a closed file does nothing.
   [[nodiscard]] int Close();
+  // Makes every write so far reach the disk (fsync). False when the file is closed or the
+  // system could not.
+  [[nodiscard]] bool Sync();
 
   // Transfers the whole record (count 0) or its first count bytes. False when the file is
   // closed, count exceeds the record length, or fewer bytes were transferred.
@@ -94,8 +97,7 @@ class NvRecFile {
   void set_cache_limit(size_t bytes);
 
  private:
-  [[nodiscard]] bool OpenHandle(const std::string& path, int flags, uint32_t record_length,
-                                Format format);
+  [[nodiscard]] bool OpenHandle(const std::string& path, int flags, uint32_t record_length, Format format);
   [[nodiscard]] bool ReadAhead(uint32_t number, uint8_t* buffer);
   const uint8_t* Cached(uint32_t number) const;
   void Remember(uint32_t number, const uint8_t* record, size_t offset, size_t count, bool whole);

@@ -124,6 +124,7 @@ TEST(NvRecFile, ReadOnlyFilesRefuseWritesAndShortReadsFail) {
   EXPECT_EQ(f.free_count(), 0u);
   EXPECT_FALSE(f.Open(dir.File("missing"), true, kLen, NvRecFile::kCurrentLayout));
   EXPECT_FALSE(f.ReadRecord(0, buf));  // closed
+  EXPECT_FALSE(f.Sync());
 }
 
 TEST(NvRecFile, CachedReadsSeeEveryWrite) {
