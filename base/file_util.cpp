@@ -1,5 +1,7 @@
 #include "base/file_util.h"
 
+#include "base/file.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -142,14 +144,6 @@ bool MakeDirectories(const std::string& path) {
   }
   if (::mkdir(trimmed.c_str(), 0777) == 0) return true;
   return errno == EEXIST && ::stat(trimmed.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
-bool SyncFolder(const std::string& folder) {
-  int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return false;
-  bool ok = ::fsync(fd) == 0;
-  ok = (::close(fd) == 0) && ok;
-  return ok;
 }
 
 bool CreateFileDurably(const std::string& path) {

@@ -39,10 +39,6 @@ std::optional<std::vector<std::string>> ReadTextLines(const std::string& path);
 // Makes `path` and every missing folder above it. True when it exists as a folder after.
 [[nodiscard]] bool MakeDirectories(const std::string& path);
 
-// Makes the names in `folder` (files made, renamed or removed in it) reach the disk: fsync
-// of the folder. False when it cannot be opened or synced.
-[[nodiscard]] bool SyncFolder(const std::string& folder);
-
 // Creates `path` when it is missing (an existing file keeps its bytes) and makes the file
 // and its name in its folder reach the disk before returning. False when any step failed.
 [[nodiscard]] bool CreateFileDurably(const std::string& path);

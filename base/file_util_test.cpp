@@ -1,5 +1,7 @@
 #include "base/file_util.h"
 
+#include "base/file.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 

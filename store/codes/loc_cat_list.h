@@ -91,7 +91,7 @@ std::string LocCatFilePath(const LocCatFiles& files, char which);
 
 // Replaces *list with the entries of the file at `path`, sorted. A missing or unreadable
 // file gives an empty list. Returns the number of entries.
-[[nodiscard]] int LoadLocCatList(const std::string& path, NvLocCatList* list);
+int LoadLocCatList(const std::string& path, NvLocCatList* list);
 // Writes the list in its order, replacing the file. Returns the number of entries written
 // or kFileNotCreated.
 [[nodiscard]] int SaveLocCatList(const std::string& path, const NvLocCatList& list);
@@ -100,7 +100,7 @@ std::string LocCatFilePath(const LocCatFiles& files, char which);
 // until the list changes.
 const NvLocCatEntry* FindLocCat(const NvLocCatList& list, std::string_view code);
 // Inserts the entry in code order unless an entry has that code. True when added.
-[[nodiscard]] bool AddLocCatIfAbsent(NvLocCatList* list, std::string_view code, std::string_view description);
+bool AddLocCatIfAbsent(NvLocCatList* list, std::string_view code, std::string_view description);
 // The first entry, in list order, whose description equals `description` ignoring case.
 const NvLocCatEntry* FindLocCatByDescription(const NvLocCatList& list,
                                              std::string_view description);

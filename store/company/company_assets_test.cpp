@@ -227,7 +227,7 @@ TEST_F(CompanyAssetsTest, RebuildKeepsOldLayoutChains) {
     }
     assets.push_back(asset);
   }
-  company_.Close();
+  EXPECT_EQ(company_.Close(), 0);
   testing::WriteAll(company_.FilePath(kChangingMarkerExtension), {});
 
   ASSERT_EQ(company_.Open("ACME", 3, *ui_), 1);
