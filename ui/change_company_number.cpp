@@ -102,8 +102,11 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
     ui.Message(kRenameFailedMessage, "Error");
     return RenumberResult::kFailed;
   }
-  // Opening and closing under the new number writes the company record again.
-  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui) > 0) company.Close();
+  // Opening and closing under the new number (and its lock, which stays held) writes the
+  // company record again.
+  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui, lock) > 0) {
+    company.Close();
+  }
   RenumberInMasterFile(context, old_number, new_number, name);
   return RenumberResult::kDone;
 }

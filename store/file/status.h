@@ -18,5 +18,10 @@ inline constexpr int kBrokenChain = -91;   // broken block chain
 inline constexpr int kBadHeaderI1 = -112;  // .I1 not open or header not recognized
 inline constexpr int kBadHeaderI2 = -113;  // .I2 not open or header not recognized
 inline constexpr int kDuplicate = -120;    // duplicate key on insert
+// An open of a company for writing, or a create, refused: another writer (another program,
+// or another open in this one) holds the company's in-use lock (number + ".LOK"), and two
+// writers at once would mix their changes in the files. A number of this program's own,
+// used by no other status here or in company.h.
+inline constexpr int kCompanyInUse = -140;
 
 }  // namespace nv
