@@ -5,6 +5,8 @@
 //
 // Input: u16 length of the block file, u16 length of the .I1 file, then the block file,
 // the .I1 file and, in what remains, the .I2 file.
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -79,6 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     nv::fuzz::Check(check.problems.empty());
     static_cast<void>(company.Close());
   }
+  // The open for writing took the company's lock; closed or failed, it let go of it.
+  nv::fuzz::Check(!company.is_open() && ::access(company.FilePath("LOK").c_str(), F_OK) != 0);
   for (const char* ext : {"A", "I1", "I2", "DTY", "ini", "LOG"}) {
     std::remove(company.FilePath(ext).c_str());
   }

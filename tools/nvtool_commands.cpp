@@ -1,5 +1,8 @@
 #include "tools/nvtool_commands.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -15,6 +18,7 @@
 #include "store/asset/asset_record.h"
 #include "store/company/company.h"
 #include "store/company/company_check.h"
+#include "store/company/company_lock.h"
 #include "store/company/master_file.h"
 #include "store/file/status.h"
 #include "tools/company_json.h"
@@ -71,6 +75,8 @@ std::string StatusText(int status) {
       return "its sort index (.I2) is missing or unreadable";
     case kBadHeaderI1:
       return "an index file has a header this version does not know";
+    case kCompanyInUse:
+      return "another writer holds it";
     default:
       return StrPrintf("status %d", status);
   }
@@ -94,13 +100,27 @@ bool CompanyExists(const InstallationContext& ctx, const std::string& number) {
   return FindFileIgnoringCase(CompanyFolder(ctx, number), AsciiUpper(number) + ".A").has_value();
 }
 
-// Opens the company; on failure says why on err.
-bool OpenCompany(NvCompany& company, const std::string& number, int flags, std::ostream& err) {
+// The in-use message on one line, as nvtool writes errors.
+void TellCompanyInUse(const std::string& number, const std::string& holder, std::ostream& err) {
+  std::string message = CompanyInUseMessage(number, holder);
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  err << "nvtool: " << message << "\n";
+}
+
+// Opens the company (for writing: under `lock`, which the caller holds); on failure says
+// why on err.
+bool OpenCompany(NvCompany& company, const std::string& number, int flags, std::ostream& err,
+                 CompanyInUseLock* lock = nullptr) {
   std::string ignored;
   std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString("", &ignored);
-  int rc = company.Open(number, flags, *ui);
+  int rc =
+      lock != nullptr ? company.Open(number, flags, *ui, *lock) : company.Open(number, flags, *ui);
   if (rc > 0) return true;
-  err << "nvtool: cannot open company " << AsciiUpper(number) << ": " << StatusText(rc) << "\n";
+  if (rc == kCompanyInUse) {
+    TellCompanyInUse(AsciiUpper(number), company.lock_holder(), err);
+  } else {
+    err << "nvtool: cannot open company " << AsciiUpper(number) << ": " << StatusText(rc) << "\n";
+  }
   return false;
 }
 
@@ -198,7 +218,8 @@ int Dump(const InstallationContext& ctx, const std::string& number, bool json, s
 }
 
 int CreateFromDocument(const InstallationContext& ctx, const std::string& number,
-                       const nlohmann::json& doc, std::ostream& out, std::ostream& err) {
+                       const nlohmann::json& doc, CompanyInUseLock& lock, std::ostream& out,
+                       std::ostream& err) {
   auto it = doc.find("company");
   if (it == doc.end() || !it->is_object()) {
     err << "nvtool: no company " << number << " yet, and the document has no company object\n";
@@ -217,10 +238,14 @@ int CreateFromDocument(const InstallationContext& ctx, const std::string& number
   }
   NvCompany company(ctx);
   company.record() = record;
-  if (int rc = company.Create({number, record.name}, NvCompany::kOpenI1 | NvCompany::kOpenI2);
+  if (int rc = company.Create({number, record.name}, NvCompany::kOpenI1 | NvCompany::kOpenI2, lock);
       rc != 0) {
-    err << "nvtool: cannot create company " << number << ": " << WhyNotCreated(ctx, number, rc)
-        << "\n";
+    if (rc == kCompanyInUse) {
+      TellCompanyInUse(number, company.lock_holder(), err);
+    } else {
+      err << "nvtool: cannot create company " << number << ": " << WhyNotCreated(ctx, number, rc)
+          << "\n";
+    }
     return 1;
   }
   MasterFile master;
@@ -261,11 +286,32 @@ int Load(const InstallationContext& ctx, const std::string& number_arg, const st
     err << "nvtool: " << number_arg << " is not a company number (1 to 8 of A-Z, 0-9, &#$@)\n";
     return 1;
   }
+  // One writer per company: the in-use lock is held from before the company is looked for
+  // until it is closed, so that no other writer (another load, the main program, an import)
+  // creates or changes it meanwhile.
+  CompanyInUseLock lock;
+  if (std::string holder = TakeCompanyInUseLock(ctx, number, lock); !holder.empty()) {
+    const std::string path = CompanyLockPath(CompanyFolder(ctx, number), number);
+    if (holder == "*" && !LockFile::IsHeldByOther(path)) {
+      err << "nvtool: cannot make the in-use lock " << path << "\n";  // not a holder's
+    } else {
+      TellCompanyInUse(number, holder, err);
+    }
+    return 1;
+  }
   if (!CompanyExists(ctx, number)) {
-    if (int rc = CreateFromDocument(ctx, number, doc, out, err); rc != 0) return rc;
+    if (int rc = CreateFromDocument(ctx, number, doc, lock, out, err); rc != 0) {
+      lock.Release();
+      // A company folder made only to hold the lock goes again; one with files in it
+      // refuses, and stays.
+      if (ctx.current.subfolders) static_cast<void>(::rmdir(CompanyFolder(ctx, number).c_str()));
+      return rc;
+    }
   }
   NvCompany company(ctx);
-  if (!OpenCompany(company, number, NvCompany::kOpenI1 | NvCompany::kOpenI2, err)) return 1;
+  if (!OpenCompany(company, number, NvCompany::kOpenI1 | NvCompany::kOpenI2, err, &lock)) {
+    return 1;
+  }
   const AssetRecordFormat format = company.RecordFormat();
   size_t added = 0, refused = 0, position = 0;
   for (const nlohmann::json& item : assets == doc.end() ? nlohmann::json::array() : *assets) {

@@ -106,10 +106,10 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
     ui.Message(kRenameFailedMessage, "Error");
     return RenumberResult::kFailed;
   }
-  // Opening and closing under the new number writes the company record again.
-  // The files are renamed already; a record that cannot be rewritten now keeps the one it
-  // had, which names no number, so nothing is lost.
-  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui) > 0) {
+  // Opening and closing under the new number (and its lock, which stays held) writes the
+  // company record again. The files are renamed already; a record that cannot be rewritten
+  // now keeps the one it had, which names no number, so nothing is lost.
+  if (company.Open(new_number, NvCompany::kOpenI1 | NvCompany::kOpenI2, ui, lock) > 0) {
     static_cast<void>(company.Close());
   }
   RenumberInMasterFile(context, old_number, new_number, name);

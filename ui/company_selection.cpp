@@ -4,6 +4,7 @@
 #include "base/str_format.h"
 #include "store/company/master_file.h"
 #include "store/company/permissions.h"
+#include "store/file/status.h"
 
 namespace nv {
 
@@ -48,11 +49,18 @@ bool ListCompanyInMasterFile(const InstallationContext& context, const std::stri
 
 namespace {
 
-// Steps 3 to 5: kOk with the company open, or a refusal already told.
-bool OpenChosenCompany(const InstallationContext& context, Ui& ui, NvCompany& company,
-                       const std::string& number) {
+// Steps 3 to 5: kOk with the company open, or a refusal already told. The company is
+// opened under the lock just taken, which it leaves held.
+bool OpenChosenCompany(const InstallationContext& context, Ui& ui, CompanyInUseLock& lock,
+                       NvCompany& company, const std::string& number) {
   constexpr int kFlags = NvCompany::kOpenI1 | NvCompany::kOpenI2;
-  int rc = company.Open(number, kFlags, ui);
+  int rc = company.Open(number, kFlags, ui, lock);
+  // The lock file was replaced since step 2 and another has it now, or another company
+  // object of this program writes under this lock.
+  if (rc == kCompanyInUse) {
+    ui.Message(CompanyInUseMessage(number, company.lock_holder()), "Error");
+    return false;
+  }
   if (rc == kNewerVersion) {
     ui.Message(kNewerVersionMessage, "Error");
     return false;
@@ -63,7 +71,7 @@ bool OpenChosenCompany(const InstallationContext& context, Ui& ui, NvCompany& co
     }
     ui.Message(kBackupNotSupported, "Note");
     ui.Message(kRebuildNotHere, "Error");
-    rc = company.Open(number, kFlags, ui);
+    rc = company.Open(number, kFlags, ui, lock);
   }
   if (rc > 0 && company.permission() == kNoAccess) {
     static_cast<void>(company.Close());  // refused before anything was changed
@@ -110,7 +118,7 @@ CompanySelectionResult SelectCompany(const InstallationContext& context, Ui& ui,
   }
   const NvMasterRec& entry = master.companies[static_cast<size_t>(chosen)];
   if (!TakeCompanyLock(context, entry.number, lock, ui)) return result;
-  if (!OpenChosenCompany(context, ui, company, entry.number)) {
+  if (!OpenChosenCompany(context, ui, lock, company, entry.number)) {
     lock.Release();
     return result;
   }

@@ -4,7 +4,8 @@
 //   1. "%8.8s  %-40.40s" per company; "New Company" asks for a number. No companies:
 //      "No companies in data directory.".
 //   2. The in-use lock; held by another user: "You cannot select ..., because ...".
-//   3. Open with the asset-number and sort indexes. A newer version cannot be used; other
+//   3. Open with the asset-number and sort indexes, under the lock of step 2 (which the
+//      company leaves held when it closes). A newer version cannot be used; other
 //      index troubles (-110 to -119) offer a quick rebuild, which this program leaves to
 //      the main program, so the open fails again and is reported.
 //   4. No Access: "You are not permitted to access company %s".

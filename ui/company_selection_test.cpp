@@ -176,10 +176,15 @@ TEST_F(CompanySelectionTest, ChangeNumberMovesFilesLockAndListEntry) {
   EXPECT_EQ(master.companies[0].number, "NEW1");
   EXPECT_EQ(master.companies[0].name, "Acme Tools");
 
+  // The lock taken under the new number keeps other writers out; under it the renamed
+  // company opens for writing.
   auto reopen = Script("");
   NvCompany renamed(ctx_);
-  ASSERT_EQ(renamed.Open("new1", NvCompany::kOpenI1 | NvCompany::kOpenI2, *reopen), 1);
+  EXPECT_EQ(renamed.Open("new1", NvCompany::kOpenI1 | NvCompany::kOpenI2, *reopen), kCompanyInUse);
+  ASSERT_EQ(renamed.Open("new1", NvCompany::kOpenI1 | NvCompany::kOpenI2, *reopen, lock_), 1);
   EXPECT_EQ(renamed.record().name, "Acme Tools");
+  EXPECT_EQ(renamed.Close(), 0);
+  EXPECT_TRUE(lock_.held());
 }
 
 }  // namespace

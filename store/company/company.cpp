@@ -75,6 +75,7 @@ NvCompany::NvCompany(const InstallationContext& context) : context_(context) {}
 
 NvCompany::~NvCompany() {
   if (is_open()) static_cast<void>(Close());  // a destructor has nobody to tell
+  LetGoOfWriteLock();
 }
 
 void NvCompany::SetLocation(std::string_view number, std::string folder) {
@@ -100,12 +101,51 @@ CompanySchedules NvCompany::Schedules() const {
           record_.schedules};
 }
 
+int NvCompany::TakeWriteLock(CompanyInUseLock* lock) {
+  CompanyInUseLock& under = lock != nullptr ? *lock : own_lock_;
+  lock_holder_.clear();
+  if (under.writer_ != nullptr && under.writer_ != this) {
+    // Another company object writes under this lock; taking ours into it would also take
+    // the lock away from that writer.
+    std::optional<std::string> line;
+    if (under.held()) line = LockFile::ReadContent(under.held_path());
+    lock_holder_ = line && !line->empty() ? std::move(*line) : std::string(1, '*');
+    return kCompanyInUse;
+  }
+  std::string holder =
+      under.Take(CompanyLockPath(folder_, record_.number), context_.user_name, LockTimeNow());
+  if (!holder.empty()) {
+    lock_holder_ = std::move(holder);
+    return kCompanyInUse;
+  }
+  under.writer_ = this;
+  write_lock_ = &under;
+  return kOk;
+}
+
+void NvCompany::LetGoOfWriteLock() {
+  if (write_lock_ == nullptr) return;
+  if (write_lock_->writer_ == this) write_lock_->writer_ = nullptr;
+  if (write_lock_ == &own_lock_) own_lock_.Release();
+  write_lock_ = nullptr;
+}
+
 int NvCompany::Create(const NvMasterRec& entry, int flags) {
+  return CreateUnder(nullptr, entry, flags);
+}
+
+int NvCompany::Create(const NvMasterRec& entry, int flags, CompanyInUseLock& lock) {
+  return CreateUnder(&lock, entry, flags);
+}
+
+int NvCompany::CreateUnder(CompanyInUseLock* lock, const NvMasterRec& entry, int flags) {
   if (is_open()) CloseFilesWithoutWriting();
+  LetGoOfWriteLock();
   SetLocation(entry.number, CompanyFolder(context_, entry.number));
   record_.name = FitText(entry.name, kCompanyNameWidth);
   // A folder that cannot be made shows as the block file that cannot be created below.
   if (context_.current.subfolders) static_cast<void>(MakeDirectories(folder_));
+  if (int rc = TakeWriteLock(lock); rc != kOk) return rc;
   open_flags_ = flags & ~kReadOnly;
   old_layout_ = false;
   record_.schedule_letters.clear();
@@ -115,6 +155,7 @@ int NvCompany::Create(const NvMasterRec& entry, int flags) {
     }
   }
   if (!blocks_.Create(FilePath("A"), kBlockLength, NvRecFile::kCurrentLayout)) {
+    LetGoOfWriteLock();
     return kBlockFileMissing;
   }
   const NvAssetNoFormat& format = record_.asset_no_format;
@@ -139,9 +180,33 @@ int NvCompany::Create(const NvMasterRec& entry, int flags) {
 
 int NvCompany::Open(std::string_view number, int flags, Ui& ui,
                     const std::string& explicit_folder) {
+  return OpenUnder(nullptr, number, flags, ui, explicit_folder);
+}
+
+int NvCompany::Open(std::string_view number, int flags, Ui& ui, CompanyInUseLock& lock,
+                    const std::string& explicit_folder) {
+  return OpenUnder(&lock, number, flags, ui, explicit_folder);
+}
+
+int NvCompany::OpenUnder(CompanyInUseLock* lock, std::string_view number, int flags, Ui& ui,
+                         const std::string& explicit_folder) {
   if (is_open()) CloseFilesWithoutWriting();
+  LetGoOfWriteLock();
+  lock_holder_.clear();
   SetLocation(number, explicit_folder.empty() ? CompanyFolder(context_, number) : explicit_folder);
   open_flags_ = flags;
+  if (!read_only()) {
+    // No company here: nothing to lock (and, in a missing folder, no place for the lock).
+    if (!CanOpen(FilePath("A"), /*read_only=*/false)) return kBlockFileMissing;
+    if (int rc = TakeWriteLock(lock); rc != kOk) return rc;
+  }
+  int rc = OpenFiles(flags, ui);
+  if (rc != 1) LetGoOfWriteLock();
+  return rc;
+}
+
+// Open once the lock is held: 1 or a failure status, with the files closed on failure.
+int NvCompany::OpenFiles(int flags, Ui& ui) {
   if (int rc = OpenBlockFile(flags); rc != kOk) return rc;
   if (int rc = ReadCompanyRecord(flags); rc != kOk) {
     CloseFilesWithoutWriting();
@@ -339,6 +404,7 @@ int NvCompany::Close() {
   // Only once all three files are on disk may the marker go.
   if (marked_changing_ && status == 0) std::remove(FilePath(kChangingMarkerExtension).c_str());
   marked_changing_ = false;
+  LetGoOfWriteLock();
   return status;
 }
 
@@ -349,6 +415,7 @@ void NvCompany::CloseFilesWithoutWriting() {
   static_cast<void>(i2_.file().Close());
   static_cast<void>(blocks_.Close());
   marked_changing_ = false;
+  LetGoOfWriteLock();
 }
 
 void NvCompany::LoadCustomYears() {
@@ -413,6 +480,15 @@ bool IsValidCompanyNumber(std::string_view number) {
   std::string_view trimmed = TrimBlanks(number);
   if (trimmed.empty() || trimmed.size() > kCompanyNumberLength) return false;
   return trimmed.find_first_not_of(kCompanyNumberCharacters) == std::string_view::npos;
+}
+
+std::string TakeCompanyInUseLock(const InstallationContext& context, std::string_view number,
+                                 CompanyInUseLock& lock) {
+  const std::string upper = AsciiUpper(TrimBlanks(number));
+  const std::string folder = CompanyFolder(context, upper);
+  // A folder that cannot be made shows as a lock that cannot be taken.
+  if (context.current.subfolders) static_cast<void>(MakeDirectories(folder));
+  return lock.Take(CompanyLockPath(folder, upper), context.user_name, LockTimeNow());
 }
 
 bool DeleteCompanyFiles(const InstallationContext& context, std::string_view number,

@@ -13,6 +13,15 @@
 // Every asset operation ends by writing the block file's counters and the index headers
 // that it changed, so that between operations the files read as a whole company to a
 // reader that knows nothing of this run (the main program, a read-only open).
+// One writer per company: an open for writing (Open without kReadOnly) and Create hold the
+// company's in-use lock (store/company/company_lock.h) from before the first byte is read
+// until the company is closed, so a second writer (another process, the main program, or
+// another NvCompany of this process) is refused with kCompanyInUse and lock_holder() names
+// the holder for CompanyInUseMessage. Without a lock argument the company takes the lock
+// itself and lets go of it (deleting the file) on Close, on a failed Open or Create and on
+// destruction. With the program's CompanyInUseLock (the one company selection takes) it
+// uses that lock, taking the company's lock into it when it holds another or none, and
+// leaves it held: the caller lets go. A read-only open takes no lock.
 #pragma once
 
 #include <map>
@@ -56,19 +65,29 @@ class NvCompany {
   // Makes a new company from record() (the caller fills it in) under the number and name
   // of `entry`: the folder when companies live in subfolders, the block file, and with
   // kOpenI1 / kOpenI2 empty indexes; then closes it, which writes the company record.
-  // 0, or kBlockFileMissing, kI1Failed, kI2Failed, or a close failure.
+  // 0, or kCompanyInUse, kBlockFileMissing, kI1Failed, kI2Failed, or a close failure.
+  // `lock`: see the lifecycle above; it must outlive the call.
   [[nodiscard]] int Create(const NvMasterRec& entry, int flags);
+  [[nodiscard]] int Create(const NvMasterRec& entry, int flags, CompanyInUseLock& lock);
 
-  // Opens a company: 1 on success, else a negative status (kBlockFileMissing, kBadMarker
-  // for a file that is no company's, kBrokenChain, kNewerVersion, kI1Failed, kI2Failed,
-  // kBadHeaderI1). Questions (opening an old company) go through ui. explicit_folder, when
-  // not empty, is the folder of the company's files.
+  // Opens a company: 1 on success, else a negative status (kBlockFileMissing, kCompanyInUse
+  // for writing while another writer holds the lock, kBadMarker for a file that is no
+  // company's, kBrokenChain, kNewerVersion, kI1Failed, kI2Failed, kBadHeaderI1). Questions
+  // (opening an old company) go through ui. explicit_folder, when not empty, is the folder
+  // of the company's files. `lock`: see the lifecycle above; it must stay alive until the
+  // company is closed.
   [[nodiscard]] int Open(std::string_view number, int flags, Ui& ui,
                          const std::string& explicit_folder = {});
+  [[nodiscard]] int Open(std::string_view number, int flags, Ui& ui, CompanyInUseLock& lock,
+                         const std::string& explicit_folder = {});
+
+  // The holder's line of the lock that refused the last Open or Create with kCompanyInUse
+  // ("*" when the holder cannot be told), for CompanyInUseMessage; empty otherwise.
+  const std::string& lock_holder() const { return lock_holder_; }
 
   // Writes the company record and the index headers unless read-only, then closes the
   // files: 0, or kCloseBlockFileFailed / kCloseI1Failed / kCloseI2Failed. The company is
-  // closed afterwards in any case.
+  // closed afterwards in any case, and a lock it took itself is let go.
   [[nodiscard]] int Close();
 
   // Writes the company record into the block file's chain from block 0 (the block file
@@ -153,6 +172,15 @@ class NvCompany {
   NvBTreeFile& sort_index() { return i2_; }
 
  private:
+  [[nodiscard]] int CreateUnder(CompanyInUseLock* lock, const NvMasterRec& entry, int flags);
+  [[nodiscard]] int OpenUnder(CompanyInUseLock* lock, std::string_view number, int flags, Ui& ui,
+                              const std::string& explicit_folder);
+  [[nodiscard]] int OpenFiles(int flags, Ui& ui);
+  // Makes this company the writer of `lock` (own_lock_ when null) holding the lock of the
+  // company at folder_: kOk, or kCompanyInUse with lock_holder_ set.
+  [[nodiscard]] int TakeWriteLock(CompanyInUseLock* lock);
+  // Ends this company's writing under its lock; a lock it took itself is let go.
+  void LetGoOfWriteLock();
   [[nodiscard]] int OpenBlockFile(int flags);
   [[nodiscard]] int ReadCompanyRecord(int flags);
   [[nodiscard]] int ConfirmOldLayout(Ui& ui);
@@ -199,6 +227,9 @@ class NvCompany {
   bool counters_on_disk_current_ = false;
   NvBTreeFile i1_;
   NvBTreeFile i2_;
+  CompanyInUseLock own_lock_;               // taken when no lock is handed in
+  CompanyInUseLock* write_lock_ = nullptr;  // the lock this company writes under, if any
+  std::string lock_holder_;
 };
 
 // The folder of a company's files: the data directory, plus number + ".CLT" and the
@@ -215,6 +246,15 @@ inline constexpr size_t kCompanyNumberLength = 8;
 inline constexpr char kCompanyNumberCharactersMessage[] =
     "Only Letters, Numbers and the symbols\n&&#$@ are allowed in company numbers.";
 [[nodiscard]] bool IsValidCompanyNumber(std::string_view number);
+
+// Takes company `number`'s in-use lock into `lock` for the context's user, for a caller
+// that must hold it before the company exists (to look for the company and create it
+// without a race); the lock is then handed to Create and Open. When companies live in
+// subfolders the company's folder is made first. "" when `lock` holds the lock (any other
+// company's lock it held is let go); otherwise the holder's line for CompanyInUseMessage
+// ("*" when the holder cannot be told or the lock file cannot be made).
+[[nodiscard]] std::string TakeCompanyInUseLock(const InstallationContext& context,
+                                               std::string_view number, CompanyInUseLock& lock);
 
 // Removes the company's files (number + ".*" in its folder, subfolders included), its
 // folder when companies live in subfolders, and its line in MASTER.A. When `lock` holds

@@ -1,4 +1,5 @@
-// The company in-use lock: while a company is selected, its lock file (company number +
+// The company in-use lock: while a company is selected or open for writing (NvCompany
+// takes it for every open for writing and every create), its lock file (company number +
 // ".LOK" in the company folder) is held open with other writers denied and carries one line
 // that says who took it and when:
 //
@@ -36,8 +37,12 @@ std::string FormatLockLine(std::string_view user_name, const LockTime& when);
 // folder + number + ".LOK"; a separator is added after a folder that lacks one.
 std::string CompanyLockPath(std::string_view folder, std::string_view number);
 
+class NvCompany;
+
 // The in-use lock of this program. It holds at most one company's lock at a time; the
-// program owns exactly one of these and hands it to whatever selects a company.
+// program owns exactly one of these and hands it to whatever selects a company. An
+// NvCompany opened for writing under it (NvCompany::Open and Create with a lock) is its
+// writer until it closes; a lock admits one writer at a time.
 class CompanyInUseLock {
  public:
   CompanyInUseLock() = default;
@@ -65,9 +70,14 @@ class CompanyInUseLock {
   bool lost() const { return file_.IsStale(); }
   // True when the held lock is the file at `path` (another spelling of it included).
   [[nodiscard]] bool HoldsFileAt(const std::string& path) const;
+  // True while a company is open for writing under this lock.
+  bool has_writer() const { return writer_ != nullptr; }
 
  private:
+  friend class NvCompany;  // sets and clears writer_
+
   LockFile file_;
+  const NvCompany* writer_ = nullptr;
 };
 
 // The parts of a holder's line that the refusal message shows. Any bytes are accepted:

@@ -58,4 +58,9 @@ inline constexpr int kBadHeaderI2 = -113;   // .I2 not open, or its header not r
 
 inline constexpr int kDuplicate = -120;  // the asset number (or key) exists already
 
+// An open of a company for writing, or a create, refused: another writer (another program,
+// or another open in this one) holds the company's in-use lock (number + ".LOK"), and two
+// writers at once would mix their changes in the files. A number of this program's own.
+inline constexpr int kCompanyInUse = -140;
+
 }  // namespace nv
