@@ -3,13 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 #include <optional>
 
 #include <nlohmann/json.hpp>
 
 #include "base/ascii.h"
+#include "base/file.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "base/version.h"
@@ -84,14 +84,17 @@ std::string StatusText(int status) {
 
 // Why a company's files could not be made: the data directory is missing or no folder,
 // or the company's folder refused them.
-std::string WhyNotCreated(const InstallationContext& ctx, const std::string& number, int status) {
-  std::error_code ec;
+// What is wrong with the data folder itself, if anything.
+std::optional<std::string> DataFolderProblem(const InstallationContext& ctx) {
   std::string data = ctx.data_directory();
   while (data.size() > 1 && data.back() == '/') data.pop_back();
-  if (!std::filesystem::exists(data, ec)) {
-    return "the folder " + data + " does not exist";
-  }
-  if (!std::filesystem::is_directory(data, ec)) return data + " is not a folder";
+  if (!PathExists(data)) return "the folder " + data + " does not exist";
+  if (!IsFolder(data)) return data + " is not a folder";
+  return std::nullopt;
+}
+
+std::string WhyNotCreated(const InstallationContext& ctx, const std::string& number, int status) {
+  if (std::optional<std::string> problem = DataFolderProblem(ctx)) return *problem;
   return "its files cannot be written in " + CompanyFolder(ctx, number) +
          StrPrintf(" (status %d)", status);
 }
@@ -292,8 +295,12 @@ int Load(const InstallationContext& ctx, const std::string& number_arg, const st
   CompanyInUseLock lock;
   if (std::string holder = TakeCompanyInUseLock(ctx, number, lock); !holder.empty()) {
     const std::string path = CompanyLockPath(CompanyFolder(ctx, number), number);
-    if (holder == "*" && !LockFile::IsHeldByOther(path)) {
-      err << "nvtool: cannot make the in-use lock " << path << "\n";  // not a holder's
+    if (holder == "*" && !LockFile::IsHeldByOther(path)) {  // not a holder's
+      if (std::optional<std::string> problem = DataFolderProblem(ctx)) {
+        err << "nvtool: cannot create company " << number << ": " << *problem << "\n";
+      } else {
+        err << "nvtool: cannot make the in-use lock " << path << "\n";
+      }
     } else {
       TellCompanyInUse(number, holder, err);
     }
