@@ -1,416 +1,703 @@
 #include "tools/company_json.h"
 
-#include <cmath>
-#include <cstdio>
+#include <cstdint>
+#include <optional>
+#include <utility>
 
 #include "base/cp1252.h"
-#include "base/date.h"
+#include "base/str_format.h"
 
 namespace nv {
 namespace {
 
-using Json = nlohmann::json;
-using OJson = nlohmann::ordered_json;
+// ---- Parts: members that are objects or lists -------------------------------------------
 
-std::string Utf8(std::string_view bytes) {
-  // Records keep texts trimmed; the schedule names and location codes may carry blanks.
-  while (!bytes.empty() && bytes.back() == ' ') bytes.remove_suffix(1);
-  return Cp1252ToUtf8(bytes);
-}
-
-std::string DateText(const Date& date) {
-  return date.empty() ? std::string() : FormatDisplayDate(date);
-}
-
-std::string CharText(char c) {
-  return (c == ' ' || c == '\0') ? std::string() : std::string(1, c);
-}
-
-// The text form without its leading blanks; "" for no number.
-std::string NumberText(const NvAssetNo& number) {
-  if (number.empty()) return std::string();
-  std::string text = number.Text();
-  size_t first = text.find_first_not_of(' ');
-  return Utf8(first == std::string::npos ? text : text.substr(first));
-}
-
-std::string LifeText(const YearsMonths& life) {
-  return std::to_string(life.years) + "-" + std::to_string(life.months);
-}
-
-// Reads members of one object, remembering the first error.
-class Reader {
+// A frame of a table that checks the whole object when it ends; a failed check is an error
+// of the member in the object that holds it.
+template <typename R>
+class CheckedFieldsFrame final : public FieldsFrame<R> {
  public:
-  Reader(const Json& json, std::string where, std::string* error)
-      : json_(json), where_(std::move(where)), error_(error) {
-    if (!json_.is_object()) Fail("is not an object");
-  }
-  bool ok() const { return ok_; }
-
-  void Text(const char* name, std::string* out) {
-    if (const Json* v = Member(name)) {
-      if (v->is_string()) {
-        *out = Utf8ToCp1252(v->get<std::string>());
-      } else {
-        Fail(name, "is not a text");
-      }
-    }
-  }
-  void Char(const char* name, char* out) {
-    std::string text;
-    bool had = Has(name);
-    Text(name, &text);
-    if (!had || !ok_) return;
-    if (text.size() > 1) return Fail(name, "is longer than one character");
-    *out = text.empty() ? ' ' : text[0];
-  }
-  template <typename T>
-  void Number(const char* name, T* out) {
-    if (const Json* v = Member(name)) {
-      if (!v->is_number()) return Fail(name, "is not a number");
-      *out = v->get<T>();
-    }
-  }
-  void Bool(const char* name, bool* out) {
-    if (const Json* v = Member(name)) {
-      if (!v->is_boolean()) return Fail(name, "is not true or false");
-      *out = v->get<bool>();
-    }
-  }
-  void DateValue(const char* name, Date* out) {
-    std::string text;
-    bool had = Has(name);
-    Text(name, &text);
-    if (!had || !ok_) return;
-    if (text.empty()) {
-      *out = Date{};
-      return;
-    }
-    std::optional<Date> date = ParseDisplayDate(text);
-    if (!date) return Fail(name, "is not a date MM/DD/YYYY");
-    *out = *date;
-  }
-  void Life(const char* name, YearsMonths* out) {
-    std::string text;
-    bool had = Has(name);
-    Text(name, &text);
-    if (!had || !ok_) return;
-    int years = 0, months = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%d-%d%c", &years, &months, &rest) != 2) {
-      return Fail(name, "is not a life Y-M");
-    }
-    *out = {years, months};
-  }
-  const Json* Member(const char* name) const {
-    if (!ok_ || !json_.is_object()) return nullptr;
-    auto it = json_.find(name);
-    return it == json_.end() || it->is_null() ? nullptr : &*it;
-  }
-  bool Has(const char* name) const { return Member(name) != nullptr; }
-  void Fail(const char* name, const char* what) { Fail(std::string(name) + " " + what); }
-  void Fail(const std::string& what) {
-    if (!ok_) return;
-    ok_ = false;
-    *error_ = where_ + ": " + what;
+  using Check = const char* (*)(const R&);
+  CheckedFieldsFrame(std::span<const JsonField<R>> fields, R* record, JsonFrame& holder,
+                     std::string_view name, const NvAssetNoFormat& format, Check check)
+      : FieldsFrame<R>(fields, record, holder.state(), &holder, std::string(name), format),
+        holder_(holder),
+        check_(check) {}
+  void Close() override {
+    if (this->state().failed() || check_ == nullptr) return;
+    if (const char* wrong = check_(*this->record())) holder_.FailMember(this->name(), wrong);
   }
 
  private:
-  const Json& json_;
-  std::string where_;
-  std::string* error_;
-  bool ok_ = true;
+  JsonFrame& holder_;
+  Check check_;
+};
+
+// An object of its own, kept in a member of the record.
+template <typename R, typename Sub>
+class MemberObject final : public JsonPart<R> {
+ public:
+  using Check = typename CheckedFieldsFrame<Sub>::Check;
+  MemberObject(Sub R::*member, std::span<const JsonField<Sub>> fields, Check check = nullptr)
+      : member_(member), fields_(fields), check_(check) {}
+  void Write(const R& record, JsonWriter& out) const override {
+    WriteFields(fields_, record.*member_, out);
+  }
+  bool list() const override { return false; }
+  const char* expected() const override { return "is not an object"; }
+  std::unique_ptr<JsonFrame> Read(R* record, FieldsFrame<R>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<CheckedFieldsFrame<Sub>>(fields_, &(record->*member_), holder, name,
+                                                     holder.format(), check_);
+  }
+
+ private:
+  Sub R::*member_;
+  std::span<const JsonField<Sub>> fields_;
+  Check check_;
+};
+
+// An object of members that the record holds itself (an asset's disposal).
+template <typename R>
+class InnerObject final : public JsonPart<R> {
+ public:
+  explicit InnerObject(std::span<const JsonField<R>> fields) : fields_(fields) {}
+  void Write(const R& record, JsonWriter& out) const override { WriteFields(fields_, record, out); }
+  bool list() const override { return false; }
+  const char* expected() const override { return "is not an object"; }
+  std::unique_ptr<JsonFrame> Read(R* record, FieldsFrame<R>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<FieldsFrame<R>>(fields_, record, holder.state(), &holder,
+                                            std::string(name), holder.format());
+  }
+
+ private:
+  std::span<const JsonField<R>> fields_;
+};
+
+// A list frame that takes one kind of element and refuses the others with one message;
+// with a capacity, a longer list is refused with another.
+class ListFrame : public JsonFrame {
+ public:
+  ListFrame(JsonFrame& holder, std::string_view name, const char* wrong_element,
+            size_t capacity = SIZE_MAX, const char* too_long = nullptr)
+      : JsonFrame(holder.state(), &holder, std::string(name)),
+        holder_(holder),
+        wrong_element_(wrong_element),
+        capacity_(capacity),
+        too_long_(too_long) {}
+  void Scalar(JsonScalar& value) override {
+    (void)value;
+    FailElement();
+  }
+  std::unique_ptr<JsonFrame> Open(bool list) override {
+    (void)list;
+    FailElement();
+    return nullptr;
+  }
+
+ protected:
+  void FailElement() { holder_.FailMember(name(), wrong_element_); }
+  // The place of the element that comes, from 0; false after saying the list is too long.
+  [[nodiscard]] bool NextPlace(size_t* place) {
+    if (next_ == capacity_) {
+      holder_.FailMember(name(), too_long_);
+      return false;
+    }
+    *place = next_++;
+    return true;
+  }
+  JsonFrame& holder_;
+
+ private:
+  const char* wrong_element_;
+  size_t capacity_;
+  const char* too_long_;
+  size_t next_ = 0;
+};
+
+// The company's schedules: a list of {letter, type, name}, each letter once, at most 25.
+const JsonField<ScheduleEntry> kScheduleEntryFields[] = {
+    {"letter", &ScheduleEntry::letter},
+    {"type", &ScheduleEntry::type},
+    {"name", &ScheduleEntry::name},
+};
+
+class CompanySchedules final : public JsonPart<NvCompanyRecord> {
+ public:
+  void Write(const NvCompanyRecord& record, JsonWriter& out) const override {
+    WriteFieldsList<ScheduleEntry>(kScheduleEntryFields, record.schedules, out);
+  }
+  bool list() const override { return true; }
+  const char* expected() const override { return "is not a list"; }
+  std::unique_ptr<JsonFrame> Read(NvCompanyRecord* record, FieldsFrame<NvCompanyRecord>& holder,
+                                  std::string_view name) const override {
+    record->schedules.clear();
+    record->schedule_letters.clear();
+    return std::make_unique<Frame>(record, holder, name);
+  }
+
+ private:
+  class Frame final : public ListFrame {
+   public:
+    Frame(NvCompanyRecord* record, JsonFrame& holder, std::string_view name)
+        : ListFrame(holder, name, "holds something other than an object"), record_(record) {}
+    std::unique_ptr<JsonFrame> Open(bool list) override {
+      if (list) return ListFrame::Open(list);
+      return std::make_unique<Entry>(this);
+    }
+
+   private:
+    class Entry final : public FieldsFrame<ScheduleEntry> {
+     public:
+      explicit Entry(Frame* list)
+          : FieldsFrame<ScheduleEntry>(kScheduleEntryFields, &entry_, list->state(), list, "",
+                                       kNoCompanyAssetNoFormat),
+            list_(list) {}
+      void Close() override {
+        if (!state().failed()) list_->Add(entry_);
+      }
+
+     private:
+      ScheduleEntry entry_;
+      Frame* list_;
+    };
+
+    void Add(const ScheduleEntry& entry) {
+      if (entry.letter == ' ' || record_->FindSchedule(entry.letter) != nullptr ||
+          record_->schedules.size() >= kMaxSchedules) {
+        holder_.FailMember(name(), "has a letter missing or twice, or more than 25 schedules");
+        return;
+      }
+      record_->schedules.push_back(entry);
+      record_->schedule_letters += entry.letter;
+    }
+
+    NvCompanyRecord* record_;
+  };
+};
+
+// The company's user fields: a list of at most 10 {name, default}.
+const JsonField<UserFieldDefinition> kUserFieldDefinitionFields[] = {
+    {"name", &UserFieldDefinition::name},
+    {"default", &UserFieldDefinition::default_value},
+};
+
+class UserFieldDefinitions final : public JsonPart<NvCompanyRecord> {
+ public:
+  void Write(const NvCompanyRecord& record, JsonWriter& out) const override {
+    WriteFieldsList<UserFieldDefinition>(kUserFieldDefinitionFields, record.user_fields, out);
+  }
+  bool list() const override { return true; }
+  const char* expected() const override { return "is not a list of at most 10"; }
+  std::unique_ptr<JsonFrame> Read(NvCompanyRecord* record, FieldsFrame<NvCompanyRecord>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<Frame>(record, holder, name, expected());
+  }
+
+ private:
+  class Frame final : public ListFrame {
+   public:
+    Frame(NvCompanyRecord* record, JsonFrame& holder, std::string_view name, const char* too_long)
+        : ListFrame(holder, name, "holds something other than an object",
+                    record->user_fields.size(), too_long),
+          record_(record) {}
+    std::unique_ptr<JsonFrame> Open(bool list) override {
+      size_t place = 0;
+      if (list) return ListFrame::Open(list);
+      if (!NextPlace(&place)) return nullptr;
+      return std::make_unique<FieldsFrame<UserFieldDefinition>>(
+          kUserFieldDefinitionFields, &record_->user_fields[place], state(), this, "",
+          kNoCompanyAssetNoFormat);
+    }
+
+   private:
+    NvCompanyRecord* record_;
+  };
+};
+
+// An asset's user field values: a list of at most 10 texts.
+class AssetUserFields final : public JsonPart<NvAsset> {
+ public:
+  void Write(const NvAsset& asset, JsonWriter& out) const override {
+    out.BeginArray();
+    for (const std::string& value : asset.user_fields) WriteJsonValue(value, out);
+    out.EndArray();
+  }
+  bool list() const override { return true; }
+  const char* expected() const override { return "is not a list of at most 10 texts"; }
+  std::unique_ptr<JsonFrame> Read(NvAsset* asset, FieldsFrame<NvAsset>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<Frame>(asset, holder, name, expected());
+  }
+
+ private:
+  class Frame final : public ListFrame {
+   public:
+    Frame(NvAsset* asset, JsonFrame& holder, std::string_view name, const char* too_long)
+        : ListFrame(holder, name, "holds something other than a text", asset->user_fields.size(),
+                    too_long),
+          asset_(asset) {}
+    void Scalar(JsonScalar& value) override {
+      size_t place = 0;
+      if (state().failed() || !NextPlace(&place)) return;
+      if (ReadJsonValue(value, &asset_->user_fields[place]) != nullptr) FailElement();
+    }
+
+   private:
+    NvAsset* asset_;
+  };
+};
+
+// Depreciation data of one schedule.
+const JsonField<NvAssetSchedule> kAssetScheduleFields[] = {
+    {"method", &NvAssetSchedule::method},
+    {"amortized", &NvAssetSchedule::amortized},
+    {"am_code_section", &NvAssetSchedule::am_code_section},
+    {"asset_type", &NvAssetSchedule::asset_type},
+    {"business_percent", &NvAssetSchedule::business_percent},
+    {"useful_life", &NvAssetSchedule::useful_life},
+    {"sl_life", &NvAssetSchedule::sl_life},
+    {"depreciable_basis", &NvAssetSchedule::depreciable_basis},
+    {"substitute_basis", &NvAssetSchedule::substitute_basis},
+    {"subst_itc_basis", &NvAssetSchedule::subst_itc_basis},
+    {"itc_code", &NvAssetSchedule::itc_code},
+    {"itc_percent", &NvAssetSchedule::itc_percent},
+    {"itc_bas_red_pct", &NvAssetSchedule::itc_basis_reduction_pct},
+    {"itc", &NvAssetSchedule::itc},
+    {"convention", &NvAssetSchedule::convention},
+    {"sec_179", &NvAssetSchedule::sec179_expense},
+    {"prior_allowed", &NvAssetSchedule::prior_allowed_depr},
+    {"prior_allowable", &NvAssetSchedule::prior_allowable_depr},
+    {"bonus", &NvAssetSchedule::bonus_depr},
+    {"salvage", &NvAssetSchedule::salvage_value},
+    {"current_depr", &NvAssetSchedule::current_depr},
+    {"misc_codes", &NvAssetSchedule::misc_codes},
+    {"state", &NvAssetSchedule::state},
+    {"extra_amount", &NvAssetSchedule::extra_amount},
+    {"extra_flag", &NvAssetSchedule::extra_flag},
+    {"further_1", &NvAssetSchedule::further_amount_1},
+    {"further_2", &NvAssetSchedule::further_amount_2},
+};
+
+// An asset's schedules: an object keyed by the company's schedule letters.
+class AssetSchedules final : public JsonPart<NvAsset> {
+ public:
+  void Write(const NvAsset& asset, JsonWriter& out) const override {
+    out.BeginObject();
+    for (size_t i = 0; i < asset.schedule_letters.size() && i < asset.schedules.size(); ++i) {
+      out.Key(Cp1252ToUtf8(asset.schedule_letters.substr(i, 1)));
+      WriteFields<NvAssetSchedule>(kAssetScheduleFields, asset.schedules[i], out);
+    }
+    out.EndObject();
+  }
+  bool list() const override { return false; }
+  const char* expected() const override { return "is not an object keyed by letter"; }
+  std::unique_ptr<JsonFrame> Read(NvAsset* asset, FieldsFrame<NvAsset>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<Frame>(asset, holder, name);
+  }
+
+ private:
+  class Frame final : public JsonFrame {
+   public:
+    Frame(NvAsset* asset, FieldsFrame<NvAsset>& holder, std::string_view name)
+        : JsonFrame(holder.state(), &holder, std::string(name)),
+          asset_(asset),
+          holder_(holder),
+          format_(holder.format()) {}
+    void Key(std::string& letter) override { letter_ = letter; }
+    void Scalar(JsonScalar& value) override {
+      if (Schedule() != nullptr && value.type != JsonScalar::Type::kNull) {
+        FailMember(letter_, "is not an object");
+      }
+    }
+    std::unique_ptr<JsonFrame> Open(bool list) override {
+      NvAssetSchedule* schedule = Schedule();
+      if (schedule == nullptr) return nullptr;
+      if (list) {
+        FailMember(letter_, "is not an object");
+        return nullptr;
+      }
+      return std::make_unique<FieldsFrame<NvAssetSchedule>>(kAssetScheduleFields, schedule, state(),
+                                                            this, letter_, format_);
+    }
+
+   private:
+    // The schedule of the current letter; nullptr after saying that the company has none.
+    NvAssetSchedule* Schedule() {
+      std::string letter = Utf8ToCp1252(letter_);
+      NvAssetSchedule* schedule = letter.size() == 1 ? asset_->Schedule(letter[0]) : nullptr;
+      if (schedule == nullptr)
+        holder_.Fail("schedule \"" + letter_ + "\" is not one of the company's");
+      return state().failed() ? nullptr : schedule;
+    }
+
+    NvAsset* asset_;
+    JsonFrame& holder_;
+    const NvAssetNoFormat& format_;
+    std::string letter_;
+  };
+};
+
+// A pause's intervals: a list of [start, end] dates.
+class PauseIntervals final : public JsonPart<NvAssetPauseDeprInfo> {
+ public:
+  void Write(const NvAssetPauseDeprInfo& pauses, JsonWriter& out) const override {
+    out.BeginArray();
+    for (const PauseInterval& interval : pauses.intervals) {
+      out.BeginArray();
+      WriteJsonValue(interval.start, out);
+      WriteJsonValue(interval.end, out);
+      out.EndArray();
+    }
+    out.EndArray();
+  }
+  bool list() const override { return true; }
+  const char* expected() const override { return "is not a list"; }
+  std::unique_ptr<JsonFrame> Read(NvAssetPauseDeprInfo* pauses,
+                                  FieldsFrame<NvAssetPauseDeprInfo>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<Frame>(pauses, holder, name);
+  }
+
+ private:
+  static constexpr char kNotAPair[] = "holds something other than [start, end]";
+
+  class Frame final : public ListFrame {
+   public:
+    Frame(NvAssetPauseDeprInfo* pauses, JsonFrame& holder, std::string_view name)
+        : ListFrame(holder, name, kNotAPair), pauses_(pauses) {}
+    std::unique_ptr<JsonFrame> Open(bool list) override {
+      if (!list) return ListFrame::Open(list);
+      return std::make_unique<Pair>(this);
+    }
+
+   private:
+    class Pair final : public JsonFrame {
+     public:
+      explicit Pair(Frame* list) : JsonFrame(list->state(), list, ""), list_(list) {}
+      void Scalar(JsonScalar& value) override {
+        if (count_ < 2 && value.type == JsonScalar::Type::kText) {
+          dates_[count_] = ReadJsonValue(value, &interval_[count_]) == nullptr;
+        } else {
+          well_formed_ = false;
+        }
+        ++count_;
+      }
+      std::unique_ptr<JsonFrame> Open(bool) override {
+        well_formed_ = false;
+        return nullptr;
+      }
+      void Close() override {
+        if (!well_formed_ || count_ != 2) return list_->FailElement();
+        if (!dates_[0] || !dates_[1]) {
+          return list_->holder_.FailMember(list_->name(), "holds a date that is not MM/DD/YYYY");
+        }
+        list_->pauses_->intervals.push_back({interval_[0], interval_[1]});
+      }
+
+     private:
+      Frame* list_;
+      Date interval_[2];
+      bool dates_[2] = {false, false};
+      bool well_formed_ = true;
+      int count_ = 0;
+    };
+
+    NvAssetPauseDeprInfo* pauses_;
+  };
+};
+
+const PauseIntervals kPauseIntervals;
+
+const JsonField<NvAssetPauseDeprInfo> kPauseFields[] = {
+    {"schedules", &NvAssetPauseDeprInfo::schedules},
+    {"intervals", &kPauseIntervals},
+};
+
+// An asset's pauses: there only when the asset has them; read afresh.
+class AssetPauses final : public JsonPart<NvAsset> {
+ public:
+  bool Present(const NvAsset& asset) const override { return asset.pauses.has_value(); }
+  void Write(const NvAsset& asset, JsonWriter& out) const override {
+    WriteFields<NvAssetPauseDeprInfo>(kPauseFields, *asset.pauses, out);
+  }
+  bool list() const override { return false; }
+  const char* expected() const override { return "is not an object"; }
+  std::unique_ptr<JsonFrame> Read(NvAsset* asset, FieldsFrame<NvAsset>& holder,
+                                  std::string_view name) const override {
+    return std::make_unique<Frame>(asset, holder, name);
+  }
+
+ private:
+  class Frame final : public FieldsFrame<NvAssetPauseDeprInfo> {
+   public:
+    Frame(NvAsset* asset, JsonFrame& holder, std::string_view name)
+        : FieldsFrame<NvAssetPauseDeprInfo>(kPauseFields, &pauses_, holder.state(), &holder,
+                                            std::string(name), kNoCompanyAssetNoFormat),
+          asset_(asset) {}
+    void Close() override {
+      if (!state().failed()) asset_->pauses = std::move(pauses_);
+    }
+
+   private:
+    NvAsset* asset_;
+    NvAssetPauseDeprInfo pauses_;
+  };
+};
+
+// ---- The tables -------------------------------------------------------------------------
+
+const char* CheckAssetNoFormat(const NvAssetNoFormat& format) {
+  if (format.main_length < 1 || format.main_length > NvAssetNoFormat::kMaxMainLength ||
+      format.subasset_length < 1 || format.subasset_length > NvAssetNoFormat::kMaxSubassetLength) {
+    return "is out of range (main 1 to 10, sub 1 to 3)";
+  }
+  return nullptr;
+}
+
+const JsonField<NvAssetNoFormat> kAssetNoFormatFields[] = {
+    {"main", &NvAssetNoFormat::main_length},
+    {"sub", &NvAssetNoFormat::subasset_length},
+    {"letters", JsonFlag<NvAssetNoFormat>{&NvAssetNoFormat::flags, NvAssetNoFormat::kLetters}},
+    {"dashes", JsonFlag<NvAssetNoFormat>{&NvAssetNoFormat::flags, NvAssetNoFormat::kDashes}},
+    {"free_form", JsonFlag<NvAssetNoFormat>{&NvAssetNoFormat::flags, NvAssetNoFormat::kFreeForm}},
+};
+
+const MemberObject<NvCompanyRecord, NvAssetNoFormat> kAssetNoFormat(
+    &NvCompanyRecord::asset_no_format, kAssetNoFormatFields, CheckAssetNoFormat);
+const CompanySchedules kCompanySchedules;
+const UserFieldDefinitions kUserFieldDefinitions;
+
+const JsonField<NvCompanyRecord> kCompanyFields[] = {
+    {"number", &NvCompanyRecord::number},
+    {"name", &NvCompanyRecord::name},
+    {"ein", &NvCompanyRecord::ein},
+    {"last_closed", &NvCompanyRecord::last_closed},
+    {"current_year_end", &NvCompanyRecord::current_year_end},
+    {"asset_number_format", &kAssetNoFormat},
+    {"schedules", &kCompanySchedules},
+    {"sort_order", &NvCompanyRecord::sort_order},
+    {"business_category", &NvCompanyRecord::business_category},
+    {"round_dollars", &NvCompanyRecord::round_dollars},
+    {"mid_quarter_override", &NvCompanyRecord::mid_quarter_override},
+    {"global_loc_cat", &NvCompanyRecord::global_loc_cat},
+    {"user_fields", &kUserFieldDefinitions},
+    {"misc_codes", &NvCompanyRecord::misc_codes},
+    {"logging_flags", &NvCompanyRecord::logging_flags},
+    {"permissions", &NvCompanyRecord::permissions},
+};
+
+// clang-format off
+const JsonField<NvAsset> kDisposalFields[] = {
+    {"code", &NvAsset::disposal_code},
+    {"transferred_to", &NvAsset::transferred_to},
+    {"traded_to", &NvAsset::traded_to},
+    {"amount", &NvAsset::amount_disposed},
+    {"date", &NvAsset::disposal_date},
+    {"sale_amount", &NvAsset::sale_amount},
+};
+// clang-format on
+
+const AssetUserFields kAssetUserFields;
+const InnerObject<NvAsset> kDisposal(kDisposalFields);
+const AssetSchedules kAssetSchedules;
+const AssetPauses kAssetPauses;
+
+const JsonField<NvAsset> kAssetFields[] = {
+    {"asset_no", &NvAsset::number},
+    {"description", &NvAsset::description},
+    {"asset_codes", &NvAsset::asset_codes},
+    {"location", &NvAsset::location},
+    {"category", &NvAsset::category},
+    {"account", &NvAsset::account},
+    {"cash_and_notes", &NvAsset::cash_and_notes},
+    {"trade_in", &NvAsset::trade_in},
+    {"purchase_date", &NvAsset::purchase_date},
+    {"date_in_service", &NvAsset::date_in_service},
+    {"new_used_trade", &NvAsset::new_used_trade},
+    {"prior_short_years", &NvAsset::prior_short_years},
+    {"property_code", &NvAsset::property_code},
+    {"type_4797", &NvAsset::type_4797},
+    {"user_fields", &kAssetUserFields},
+    {"disposal", &kDisposal},
+    {"schedules", &kAssetSchedules},
+    {"pauses", &kAssetPauses},
+};
+
+// ---- The document -----------------------------------------------------------------------
+
+struct DocumentReading {
+  CompanyDocumentSink& sink;
+  JsonReadState state;
+  DocumentOutcome outcome = DocumentOutcome::kRead;
+
+  void End(DocumentOutcome why) {
+    outcome = why;
+    state.Stop();
+  }
+};
+
+class CompanyFrame final : public FieldsFrame<NvCompanyRecord> {
+ public:
+  CompanyFrame(DocumentReading& reading, NvCompanyRecord* record)
+      : FieldsFrame<NvCompanyRecord>(kCompanyFields, record, reading.state, nullptr, "company",
+                                     kNoCompanyAssetNoFormat),
+        reading_(reading) {}
+  void Close() override {
+    if (!reading_.sink.CompanyRead(state().error())) reading_.End(DocumentOutcome::kEnded);
+    state().ClearError();
+  }
+
+ private:
+  DocumentReading& reading_;
+};
+
+class AssetsFrame final : public JsonFrame {
+ public:
+  AssetsFrame(DocumentReading& reading, const AssetRecordFormat& form)
+      : JsonFrame(reading.state, nullptr, ""), reading_(reading), form_(form) {}
+  void Scalar(JsonScalar& value) override {
+    (void)value;
+    ++position_;
+    NvAsset none;
+    Done(none, "", "asset is not an object");
+  }
+  std::unique_ptr<JsonFrame> Open(bool list) override;
+
+  // An asset has been read or refused.
+  void Done(NvAsset& asset, const std::string& number, const std::string& error) {
+    const std::string label = number.empty() ? StrPrintf("#%zu", position_) : number;
+    if (!reading_.sink.AssetRead(asset, label, error)) reading_.End(DocumentOutcome::kEnded);
+    state().ClearError();
+  }
+
+ private:
+  DocumentReading& reading_;
+  const AssetRecordFormat& form_;
+  size_t position_ = 0;
+  NvAsset asset_;
+};
+
+// One asset of the list; its asset_no as written names it in messages.
+class AssetFrame final : public FieldsFrame<NvAsset> {
+ public:
+  AssetFrame(AssetsFrame& list, NvAsset* asset, const NvAssetNoFormat& format)
+      : FieldsFrame<NvAsset>(kAssetFields, asset, list.state(), nullptr, "asset", format),
+        list_(list) {}
+  void Key(std::string& name) override {
+    number_next_ = name == "asset_no";
+    FieldsFrame<NvAsset>::Key(name);
+  }
+  void Scalar(JsonScalar& value) override {
+    if (number_next_ && value.type == JsonScalar::Type::kText) number_ = *value.text;
+    FieldsFrame<NvAsset>::Scalar(value);
+  }
+  void Close() override { list_.Done(*record(), number_, state().error()); }
+
+ private:
+  AssetsFrame& list_;
+  bool number_next_ = false;
+  std::string number_;
+};
+
+std::unique_ptr<JsonFrame> AssetsFrame::Open(bool list) {
+  ++position_;
+  if (list) {
+    NvAsset none;
+    Done(none, "", "asset is not an object");
+    return nullptr;
+  }
+  // Afresh for each: a cleared asset keeps the number formats of the one before.
+  asset_ = NvAsset();
+  asset_.Clear(form_.schedule_letters);
+  return std::make_unique<AssetFrame>(*this, &asset_, form_.asset_no_format);
+}
+
+class DocumentFrame final : public JsonFrame {
+ public:
+  explicit DocumentFrame(DocumentReading& reading)
+      : JsonFrame(reading.state, nullptr, ""), reading_(reading) {}
+  void Key(std::string& name) override { key_ = std::move(name); }
+  void Scalar(JsonScalar& value) override {
+    (void)value;
+    if (key_ == "assets") reading_.End(DocumentOutcome::kAssetsNotAList);
+  }
+  std::unique_ptr<JsonFrame> Open(bool list) override {
+    if (key_ == "company") {
+      NvCompanyRecord* record = list ? nullptr : reading_.sink.CompanyTarget();
+      if (record == nullptr) return nullptr;
+      return std::make_unique<CompanyFrame>(reading_, record);
+    }
+    if (key_ == "assets") {
+      if (!list) {
+        reading_.End(DocumentOutcome::kAssetsNotAList);
+        return nullptr;
+      }
+      const AssetRecordFormat* form = reading_.sink.AssetForm();
+      if (form == nullptr) return nullptr;
+      return std::make_unique<AssetsFrame>(reading_, *form);
+    }
+    return nullptr;
+  }
+
+ private:
+  DocumentReading& reading_;
+  std::string key_;
+};
+
+// Takes the document's value itself.
+class RootFrame final : public JsonFrame {
+ public:
+  explicit RootFrame(DocumentReading& reading)
+      : JsonFrame(reading.state, nullptr, ""), reading_(reading) {}
+  void Scalar(JsonScalar& value) override {
+    (void)value;
+    reading_.End(DocumentOutcome::kNotAnObject);
+  }
+  std::unique_ptr<JsonFrame> Open(bool list) override {
+    if (list) {
+      reading_.End(DocumentOutcome::kNotAnObject);
+      return nullptr;
+    }
+    return std::make_unique<DocumentFrame>(reading_);
+  }
+
+ private:
+  DocumentReading& reading_;
 };
 
 }  // namespace
 
-OJson CompanyToJson(const NvCompanyRecord& r) {
-  OJson j;
-  j["number"] = Utf8(r.number);
-  j["name"] = Utf8(r.name);
-  j["ein"] = Utf8(r.ein);
-  j["last_closed"] = DateText(r.last_closed);
-  j["current_year_end"] = DateText(r.current_year_end);
-  j["asset_number_format"] = {{"main", r.asset_no_format.main_length},
-                              {"sub", r.asset_no_format.subasset_length},
-                              {"letters", r.asset_no_format.letters()},
-                              {"dashes", r.asset_no_format.dashes()},
-                              {"free_form", r.asset_no_format.free_form()}};
-  OJson schedules = OJson::array();
-  for (const ScheduleEntry& s : r.schedules) {
-    schedules.push_back(
-        {{"letter", CharText(s.letter)}, {"type", Utf8(s.type)}, {"name", Utf8(s.name)}});
-  }
-  j["schedules"] = schedules;
-  j["sort_order"] = Utf8(r.sort_order);
-  j["business_category"] = r.business_category;
-  j["round_dollars"] = r.round_dollars;
-  j["mid_quarter_override"] = CharText(r.mid_quarter_override);
-  j["global_loc_cat"] = CharText(r.global_loc_cat);
-  OJson fields = OJson::array();
-  for (const UserFieldDefinition& f : r.user_fields) {
-    fields.push_back({{"name", Utf8(f.name)}, {"default", Utf8(f.default_value)}});
-  }
-  j["user_fields"] = fields;
-  j["misc_codes"] = Utf8(r.misc_codes);
-  j["logging_flags"] = r.logging_flags;
-  j["permissions"] = Utf8(r.permissions);
-  return j;
+std::span<const JsonField<NvCompanyRecord>> CompanyJsonFields() {
+  return kCompanyFields;
 }
 
-bool CompanyFromJson(const Json& json, NvCompanyRecord* r, std::string* error) {
-  Reader in(json, "company", error);
-  in.Text("number", &r->number);
-  in.Text("name", &r->name);
-  in.Text("ein", &r->ein);
-  in.DateValue("last_closed", &r->last_closed);
-  in.DateValue("current_year_end", &r->current_year_end);
-  if (const Json* f = in.Member("asset_number_format")) {
-    Reader fr(*f, "company.asset_number_format", error);
-    NvAssetNoFormat& format = r->asset_no_format;
-    bool letters = format.letters(), dashes = format.dashes(), free_form = format.free_form();
-    fr.Number("main", &format.main_length);
-    fr.Number("sub", &format.subasset_length);
-    fr.Bool("letters", &letters);
-    fr.Bool("dashes", &dashes);
-    fr.Bool("free_form", &free_form);
-    if (!fr.ok()) return false;
-    format.flags = (letters ? NvAssetNoFormat::kLetters : 0) |
-                   (dashes ? NvAssetNoFormat::kDashes : 0) |
-                   (free_form ? NvAssetNoFormat::kFreeForm : 0);
-    if (format.main_length < 1 || format.main_length > NvAssetNoFormat::kMaxMainLength ||
-        format.subasset_length < 1 || format.subasset_length > 3) {
-      in.Fail("asset_number_format is out of range (main 1 to 10, sub 1 to 3)");
-    }
-  }
-  if (const Json* list = in.Member("schedules")) {
-    if (!list->is_array()) {
-      in.Fail("schedules is not a list");
-    } else {
-      r->schedules.clear();
-      r->schedule_letters.clear();
-      for (const Json& item : *list) {
-        Reader sr(item, "company.schedules", error);
-        ScheduleEntry entry;
-        sr.Char("letter", &entry.letter);
-        sr.Text("type", &entry.type);
-        sr.Text("name", &entry.name);
-        if (!sr.ok()) return false;
-        if (entry.letter == ' ' || r->FindSchedule(entry.letter) != nullptr ||
-            r->schedules.size() >= kMaxSchedules) {
-          in.Fail("schedules: a letter is missing, repeated, or there are more than 25");
-          break;
-        }
-        r->schedules.push_back(entry);
-        r->schedule_letters += entry.letter;
-      }
-    }
-  }
-  in.Text("sort_order", &r->sort_order);
-  in.Number("business_category", &r->business_category);
-  in.Bool("round_dollars", &r->round_dollars);
-  in.Char("mid_quarter_override", &r->mid_quarter_override);
-  in.Char("global_loc_cat", &r->global_loc_cat);
-  if (const Json* list = in.Member("user_fields")) {
-    if (!list->is_array() || list->size() > kUserFieldCount) {
-      in.Fail("user_fields is not a list of at most 10");
-    } else {
-      for (size_t i = 0; i < list->size(); ++i) {
-        Reader ur((*list)[i], "company.user_fields", error);
-        ur.Text("name", &r->user_fields[i].name);
-        ur.Text("default", &r->user_fields[i].default_value);
-        if (!ur.ok()) return false;
-      }
-    }
-  }
-  in.Text("misc_codes", &r->misc_codes);
-  in.Number("logging_flags", &r->logging_flags);
-  in.Text("permissions", &r->permissions);
-  return in.ok();
+std::span<const JsonField<NvAsset>> AssetJsonFields() {
+  return kAssetFields;
 }
 
-OJson AssetToJson(const NvAsset& a) {
-  OJson j;
-  j["asset_no"] = NumberText(a.number);
-  j["description"] = Utf8(a.description);
-  j["asset_codes"] = Utf8(a.asset_codes);
-  j["location"] = Utf8(a.location);
-  j["category"] = Utf8(a.category);
-  j["account"] = Utf8(a.account);
-  j["cash_and_notes"] = a.cash_and_notes;
-  j["trade_in"] = a.trade_in;
-  j["purchase_date"] = DateText(a.purchase_date);
-  j["date_in_service"] = DateText(a.date_in_service);
-  j["new_used_trade"] = CharText(a.new_used_trade);
-  j["prior_short_years"] = a.prior_short_years;
-  j["property_code"] = Utf8(a.property_code);
-  j["type_4797"] = a.type_4797;
-  OJson fields = OJson::array();
-  for (const std::string& f : a.user_fields) fields.push_back(Utf8(f));
-  j["user_fields"] = fields;
-  j["disposal"] = {
-      {"code", CharText(a.disposal_code)},    {"transferred_to", NumberText(a.transferred_to)},
-      {"traded_to", NumberText(a.traded_to)}, {"amount", a.amount_disposed},
-      {"date", DateText(a.disposal_date)},    {"sale_amount", a.sale_amount}};
-  OJson schedules = OJson::object();
-  for (size_t i = 0; i < a.schedule_letters.size() && i < a.schedules.size(); ++i) {
-    const NvAssetSchedule& s = a.schedules[i];
-    schedules[std::string(1, a.schedule_letters[i])] = {
-        {"method", s.method},
-        {"amortized", s.amortized},
-        {"am_code_section", Utf8(s.am_code_section)},
-        {"asset_type", Utf8(s.asset_type)},
-        {"business_percent", s.business_percent},
-        {"useful_life", LifeText(s.useful_life)},
-        {"sl_life", LifeText(s.sl_life)},
-        {"depreciable_basis", s.depreciable_basis},
-        {"substitute_basis", s.substitute_basis},
-        {"subst_itc_basis", s.subst_itc_basis},
-        {"itc_code", s.itc_code},
-        {"itc_percent", s.itc_percent},
-        {"itc_bas_red_pct", s.itc_basis_reduction_pct},
-        {"itc", s.itc},
-        {"convention", CharText(s.convention)},
-        {"sec_179", s.sec179_expense},
-        {"prior_allowed", s.prior_allowed_depr},
-        {"prior_allowable", s.prior_allowable_depr},
-        {"bonus", s.bonus_depr},
-        {"salvage", s.salvage_value},
-        {"current_depr", s.current_depr},
-        {"misc_codes", Utf8(s.misc_codes)},
-        {"state", Utf8(s.state)},
-        {"extra_amount", s.extra_amount},
-        {"extra_flag", s.extra_flag},
-        {"further_1", s.further_amount_1},
-        {"further_2", s.further_amount_2}};
-  }
-  j["schedules"] = schedules;
-  if (a.pauses) {
-    OJson intervals = OJson::array();
-    for (const PauseInterval& p : a.pauses->intervals) {
-      intervals.push_back({DateText(p.start), DateText(p.end)});
-    }
-    j["pauses"] = {{"schedules", Utf8(a.pauses->schedules)}, {"intervals", intervals}};
-  }
-  return j;
+std::span<const JsonField<NvAssetSchedule>> AssetScheduleJsonFields() {
+  return kAssetScheduleFields;
 }
 
-bool AssetFromJson(const Json& json, const NvAssetNoFormat& format, NvAsset* a,
-                   std::string* error) {
-  Reader in(json, "asset", error);
-  std::string number;
-  in.Text("asset_no", &number);
-  a->number = NvAssetNo::Parse(number, format);
-  in.Text("description", &a->description);
-  in.Text("asset_codes", &a->asset_codes);
-  in.Text("location", &a->location);
-  in.Text("category", &a->category);
-  in.Text("account", &a->account);
-  in.Number("cash_and_notes", &a->cash_and_notes);
-  in.Number("trade_in", &a->trade_in);
-  in.DateValue("purchase_date", &a->purchase_date);
-  in.DateValue("date_in_service", &a->date_in_service);
-  in.Char("new_used_trade", &a->new_used_trade);
-  in.Number("prior_short_years", &a->prior_short_years);
-  in.Text("property_code", &a->property_code);
-  in.Number("type_4797", &a->type_4797);
-  if (const Json* list = in.Member("user_fields")) {
-    if (!list->is_array() || list->size() > kAssetUserFields) {
-      in.Fail("user_fields is not a list of at most 10 texts");
-    } else {
-      for (size_t i = 0; i < list->size(); ++i) {
-        if (!(*list)[i].is_string()) {
-          in.Fail("user_fields holds something other than a text");
-          break;
-        }
-        a->user_fields[i] = Utf8ToCp1252((*list)[i].get<std::string>());
-      }
-    }
-  }
-  if (const Json* d = in.Member("disposal")) {
-    Reader dr(*d, "asset.disposal", error);
-    std::string transferred, traded;
-    dr.Char("code", &a->disposal_code);
-    dr.Text("transferred_to", &transferred);
-    dr.Text("traded_to", &traded);
-    dr.Number("amount", &a->amount_disposed);
-    dr.DateValue("date", &a->disposal_date);
-    dr.Number("sale_amount", &a->sale_amount);
-    if (!dr.ok()) return false;
-    a->transferred_to =
-        transferred.empty() ? NvAssetNo(format) : NvAssetNo::Parse(transferred, format);
-    a->traded_to = traded.empty() ? NvAssetNo(format) : NvAssetNo::Parse(traded, format);
-  }
-  if (const Json* map = in.Member("schedules")) {
-    if (!map->is_object()) {
-      in.Fail("schedules is not an object keyed by letter");
-    } else {
-      for (auto it = map->begin(); it != map->end(); ++it) {
-        NvAssetSchedule* s = it.key().size() == 1 ? a->Schedule(it.key()[0]) : nullptr;
-        if (s == nullptr) {
-          in.Fail("schedule \"" + it.key() + "\" is not one of the company's");
-          break;
-        }
-        Reader sr(it.value(), "asset.schedules." + it.key(), error);
-        sr.Number("method", &s->method);
-        sr.Bool("amortized", &s->amortized);
-        sr.Text("am_code_section", &s->am_code_section);
-        sr.Text("asset_type", &s->asset_type);
-        sr.Number("business_percent", &s->business_percent);
-        sr.Life("useful_life", &s->useful_life);
-        sr.Life("sl_life", &s->sl_life);
-        sr.Number("depreciable_basis", &s->depreciable_basis);
-        sr.Number("substitute_basis", &s->substitute_basis);
-        sr.Number("subst_itc_basis", &s->subst_itc_basis);
-        sr.Number("itc_code", &s->itc_code);
-        sr.Number("itc_percent", &s->itc_percent);
-        sr.Number("itc_bas_red_pct", &s->itc_basis_reduction_pct);
-        sr.Number("itc", &s->itc);
-        sr.Char("convention", &s->convention);
-        sr.Number("sec_179", &s->sec179_expense);
-        sr.Number("prior_allowed", &s->prior_allowed_depr);
-        sr.Number("prior_allowable", &s->prior_allowable_depr);
-        sr.Number("bonus", &s->bonus_depr);
-        sr.Number("salvage", &s->salvage_value);
-        sr.Number("current_depr", &s->current_depr);
-        sr.Text("misc_codes", &s->misc_codes);
-        sr.Text("state", &s->state);
-        sr.Number("extra_amount", &s->extra_amount);
-        sr.Number("extra_flag", &s->extra_flag);
-        sr.Number("further_1", &s->further_amount_1);
-        sr.Number("further_2", &s->further_amount_2);
-        if (!sr.ok()) return false;
-      }
-    }
-  }
-  if (const Json* p = in.Member("pauses")) {
-    Reader pr(*p, "asset.pauses", error);
-    NvAssetPauseDeprInfo pauses;
-    pr.Text("schedules", &pauses.schedules);
-    if (const Json* list = pr.Member("intervals")) {
-      if (!list->is_array()) pr.Fail("intervals is not a list");
-      for (const Json& pair : list->is_array() ? *list : Json::array()) {
-        if (!pair.is_array() || pair.size() != 2 || !pair[0].is_string() || !pair[1].is_string()) {
-          pr.Fail("intervals holds something other than [start, end]");
-          break;
-        }
-        std::optional<Date> start = pair[0].get<std::string>().empty()
-                                        ? Date{}
-                                        : ParseDisplayDate(pair[0].get<std::string>());
-        std::optional<Date> end = pair[1].get<std::string>().empty()
-                                      ? Date{}
-                                      : ParseDisplayDate(pair[1].get<std::string>());
-        if (!start || !end) {
-          pr.Fail("intervals holds a date that is not MM/DD/YYYY");
-          break;
-        }
-        pauses.intervals.push_back({*start, *end});
-      }
-    }
-    if (!pr.ok()) return false;
-    a->pauses = std::move(pauses);
-  }
-  return in.ok();
+void WriteCompanyJson(const NvCompanyRecord& record, JsonWriter& out) {
+  WriteFields(CompanyJsonFields(), record, out);
+}
+
+void WriteAssetJson(const NvAsset& asset, JsonWriter& out) {
+  WriteFields(AssetJsonFields(), asset, out);
+}
+
+DocumentResult ReadCompanyDocument(std::istream& in, CompanyDocumentSink& sink) {
+  DocumentReading reading{sink, {}, DocumentOutcome::kRead};
+  RootFrame root(reading);
+  JsonReadResult read = ReadJson(in, root);
+  DocumentResult result;
+  result.outcome = read.syntax_ok ? reading.outcome : DocumentOutcome::kBadJson;
+  result.syntax_error = std::move(read.syntax_error);
+  return result;
 }
 
 }  // namespace nv

@@ -3,14 +3,16 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
-
-#include <nlohmann/json.hpp>
 
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/lock_file.h"
 #include "base/str_format.h"
 #include "base/version.h"
 #include "shell/user_name.h"
@@ -22,6 +24,7 @@
 #include "store/company/master_file.h"
 #include "store/file/status.h"
 #include "tools/company_json.h"
+#include "tools/json_writer.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {
@@ -75,8 +78,6 @@ std::string StatusText(int status) {
       return "its sort index (.I2) is missing or unreadable";
     case kBadHeaderI1:
       return "an index file has a header this version does not know";
-    case kCompanyInUse:
-      return "another writer holds it";
     default:
       return StrPrintf("status %d", status);
   }
@@ -127,6 +128,15 @@ bool OpenCompany(NvCompany& company, const std::string& number, int flags, std::
   return false;
 }
 
+// A load or a dump passes over each asset once, so the store's read caches, 64 MB a file,
+// would mostly hold what the system's file cache holds anyway; these limits keep the run's
+// memory near 100 MB at a million assets and cost no time that can be measured.
+void LimitReadCaches(NvCompany& company) {
+  company.blocks().set_cache_limit(size_t{8} << 20);
+  company.number_index().file().set_cache_limit(size_t{32} << 20);
+  company.sort_index().file().set_cache_limit(size_t{32} << 20);
+}
+
 // An existing company, read-only with both indexes; on failure says why on err.
 bool OpenForReading(const InstallationContext& ctx, NvCompany& company, const std::string& number,
                     std::ostream& err) {
@@ -138,59 +148,95 @@ bool OpenForReading(const InstallationContext& ctx, NvCompany& company, const st
                      NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, err);
 }
 
-std::optional<nlohmann::ordered_json> CompanyDocument(NvCompany& company, std::ostream& err) {
-  nlohmann::ordered_json doc;
-  doc["company"] = CompanyToJson(company.record());
-  nlohmann::ordered_json assets = nlohmann::ordered_json::array();
+// The company's assets in asset-number order, each handed to `each` as it is read: false
+// after saying on err what failed (with how many came before).
+template <typename Each>
+[[nodiscard]] bool ForEachAsset(NvCompany& company, std::ostream& err, Each each) {
   company.ResetAssetWalk();
-  for (;;) {
-    NvAsset asset;
+  NvAsset asset;
+  for (size_t done = 0;; ++done) {
     int rc = company.NextAsset(AssetOrder::kNumber, &asset);
     if (rc != kOk) {
-      err << "nvtool: reading the assets failed (status " << rc << ")\n";
-      return std::nullopt;
+      err << "nvtool: reading the assets failed after " << done << " (status " << rc
+          << "); the output is cut short\n";
+      return false;
     }
-    if (asset.record_number == 0) break;
-    assets.push_back(AssetToJson(asset));
+    if (asset.record_number == 0) return true;
+    each(asset);
   }
-  doc["assets"] = std::move(assets);
-  return doc;
 }
 
-// The document as people read it.
-void PrintText(const nlohmann::ordered_json& doc, std::ostream& out) {
-  const auto& c = doc["company"];
-  out << "Company " << c["number"].get<std::string>() << "  " << c["name"].get<std::string>()
-      << "\n";
-  for (const char* key : {"ein", "last_closed", "current_year_end", "sort_order",
-                          "business_category", "round_dollars", "mid_quarter_override",
-                          "global_loc_cat", "misc_codes", "logging_flags", "permissions"}) {
-    out << "  " << key << ": " << c[key].dump() << "\n";
+// Counts the assets on the number index alone, without reading them.
+[[nodiscard]] int CountAssets(NvCompany& company, size_t* count) {
+  *count = 0;
+  NvBTreeFile& index = company.number_index();
+  index.ClearPath();
+  if (index.root() == 0) return kOk;  // no tree to step in: no assets
+  for (;;) {
+    uint32_t record = 0;
+    if (int rc = index.Next(&record); rc != kOk) return rc;
+    if (record == 0) return kOk;
+    ++*count;
   }
-  out << "  asset_number_format: " << c["asset_number_format"].dump() << "\n";
-  for (const auto& s : c["schedules"]) {
-    out << "  schedule " << s["letter"].get<std::string>() << ": " << s["type"].get<std::string>()
-        << " " << s["name"].get<std::string>() << "\n";
+}
+
+template <typename R>
+const JsonField<R>& FieldNamed(std::span<const JsonField<R>> fields, std::string_view name) {
+  for (const JsonField<R>& field : fields) {
+    if (field.name == name) return field;
   }
-  for (size_t i = 0; i < c["user_fields"].size(); ++i) {
-    const auto& f = c["user_fields"][i];
-    if (f["name"] != "" || f["default"] != "") {
-      out << "  user field " << i + 1 << ": " << f["name"].get<std::string>() << " ("
-          << f["default"].get<std::string>() << ")\n";
+  std::abort();  // a name of this file, not of the document
+}
+
+// The company as people read it: its members one a line with their JSON values, then each
+// asset.
+[[nodiscard]] bool PrintText(NvCompany& company, std::ostream& out, std::ostream& err) {
+  const NvCompanyRecord& c = company.record();
+  JsonWriter values(out);
+  auto member = [&](std::string_view name, auto write) {
+    out << "  " << name << ": ";
+    write();
+    values.Flush();
+    out << "\n";
+  };
+  out << "Company " << JsonText(c.number) << "  " << JsonText(c.name) << "\n";
+  for (const char* name :
+       {"ein", "last_closed", "current_year_end", "sort_order", "business_category",
+        "round_dollars", "mid_quarter_override", "global_loc_cat", "misc_codes", "logging_flags",
+        "permissions", "asset_number_format"}) {
+    member(name, [&] { WriteFieldValue(FieldNamed(CompanyJsonFields(), name), c, values); });
+  }
+  for (const ScheduleEntry& s : c.schedules) {
+    out << "  schedule " << JsonText(std::string(1, s.letter)) << ": " << JsonText(s.type) << " "
+        << JsonText(s.name) << "\n";
+  }
+  for (size_t i = 0; i < c.user_fields.size(); ++i) {
+    const UserFieldDefinition& f = c.user_fields[i];
+    if (!JsonText(f.name).empty() || !JsonText(f.default_value).empty()) {
+      out << "  user field " << i + 1 << ": " << JsonText(f.name) << " ("
+          << JsonText(f.default_value) << ")\n";
     }
   }
-  out << doc["assets"].size() << " assets\n";
-  for (const auto& a : doc["assets"]) {
-    out << "\nAsset " << a["asset_no"].get<std::string>() << "  "
-        << a["description"].get<std::string>() << "\n";
-    for (auto it = a.begin(); it != a.end(); ++it) {
-      if (it.key() == "asset_no" || it.key() == "description" || it.key() == "schedules") continue;
-      out << "  " << it.key() << ": " << it.value().dump() << "\n";
-    }
-    for (auto it = a["schedules"].begin(); it != a["schedules"].end(); ++it) {
-      out << "  schedule " << it.key() << ": " << it.value().dump() << "\n";
-    }
+  size_t count = 0;
+  if (int rc = CountAssets(company, &count); rc != kOk) {
+    err << "nvtool: counting the assets failed (status " << rc << ")\n";
+    return false;
   }
+  out << count << " assets\n";
+  return ForEachAsset(company, err, [&](const NvAsset& a) {
+    out << "\nAsset " << JsonAssetNo(a.number) << "  " << JsonText(a.description) << "\n";
+    for (const JsonField<NvAsset>& field : AssetJsonFields()) {
+      if (field.name == "asset_no" || field.name == "description" || field.name == "schedules" ||
+          !FieldPresent(field, a)) {
+        continue;
+      }
+      member(field.name, [&] { WriteFieldValue(field, a, values); });
+    }
+    for (size_t i = 0; i < a.schedule_letters.size() && i < a.schedules.size(); ++i) {
+      member("schedule " + JsonText(a.schedule_letters.substr(i, 1)),
+             [&] { WriteFields(AssetScheduleJsonFields(), a.schedules[i], values); });
+    }
+  });
 }
 
 int Check(const InstallationContext& ctx, const std::string& number, std::ostream& out,
@@ -210,83 +256,157 @@ int Dump(const InstallationContext& ctx, const std::string& number, bool json, s
          std::ostream& err) {
   NvCompany company(ctx);
   if (!OpenForReading(ctx, company, number, err)) return 1;
-  std::optional<nlohmann::ordered_json> doc = CompanyDocument(company, err);
-  if (!doc) return 1;
-  if (json) {
-    out << doc->dump(2) << "\n";
-  } else {
-    PrintText(*doc, out);
+  LimitReadCaches(company);
+  if (!json) return PrintText(company, out, err) ? 0 : 1;
+  // Written as it is read: memory stays flat however many assets there are.
+  JsonWriter doc(out, 2);
+  doc.BeginObject();
+  doc.Key("company");
+  WriteCompanyJson(company.record(), doc);
+  doc.Key("assets");
+  doc.BeginArray();
+  if (!ForEachAsset(company, err, [&](const NvAsset& asset) { WriteAssetJson(asset, doc); })) {
+    return 1;
   }
+  doc.EndArray();
+  doc.EndObject();
+  doc.Flush();
+  out << "\n";
   return 0;
 }
 
-int CreateFromDocument(const InstallationContext& ctx, const std::string& number,
-                       const nlohmann::json& doc, CompanyInUseLock& lock, std::ostream& out,
-                       std::ostream& err) {
-  auto it = doc.find("company");
-  if (it == doc.end() || !it->is_object()) {
-    err << "nvtool: no company " << number << " yet, and the document has no company object\n";
-    return 1;
-  }
-  NvCompanyRecord record;
-  std::string error;
-  if (!CompanyFromJson(*it, &record, &error)) {
-    err << "nvtool: bad document: " << error << "\n";
-    return 1;
-  }
-  if (!record.number.empty() && !EqualIgnoringCase(record.number, number)) {
-    err << "nvtool: bad document: it is for company " << record.number << ", not " << number
-        << "\n";
-    return 1;
-  }
-  NvCompany company(ctx);
-  company.record() = record;
-  if (int rc = company.Create({number, record.name}, NvCompany::kOpenI1 | NvCompany::kOpenI2, lock);
-      rc != 0) {
-    if (rc == kCompanyInUse) {
-      TellCompanyInUse(number, company.lock_holder(), err);
-    } else {
-      err << "nvtool: cannot create company " << number << ": " << WhyNotCreated(ctx, number, rc)
-          << "\n";
+// A load: creates the company from the document's company object when it does not exist,
+// then adds the assets as they are read.
+class LoadRun final : public CompanyDocumentSink {
+ public:
+  LoadRun(const InstallationContext& ctx, std::string number, CompanyInUseLock& lock,
+          std::ostream& out, std::ostream& err)
+      : ctx_(ctx), number_(std::move(number)), lock_(lock), out_(out), err_(err), company_(ctx) {}
+
+  [[nodiscard]] bool Open() {
+    if (!OpenCompany(company_, number_, NvCompany::kOpenI1 | NvCompany::kOpenI2, err_, &lock_)) {
+      return false;
     }
-    return 1;
+    LimitReadCaches(company_);
+    format_ = company_.RecordFormat();
+    return true;
   }
-  MasterFile master;
-  master.subfolders = ctx.current.subfolders;
-  const MasterFileStatus rc = ReadMasterFile(ctx.data_directory(), &master);
-  if (rc != MasterFileStatus::kOk && rc != MasterFileStatus::kNotFound) {
-    err << "nvtool: cannot read " << ctx.data_directory() << kMasterFileName << "\n";
-    return 1;
+  // 0, or 1 after saying why the company could not be closed.
+  [[nodiscard]] int Close() {
+    if (!company_.is_open()) return 0;
+    if (int rc = company_.Close(); rc != 0) {
+      err_ << "nvtool: closing company " << number_ << " failed (status " << rc << ")\n";
+      return 1;
+    }
+    return 0;
   }
-  InsertMasterRec(&master.companies, {number, record.name});
-  if (WriteMasterFile(ctx.data_directory(), master) != MasterFileStatus::kOk) {
-    err << "nvtool: cannot write " << ctx.data_directory() << kMasterFileName << "\n";
-    return 1;
+  bool loading() const { return company_.is_open(); }
+  bool failed() const { return failed_; }
+  // The assets came before the company object, which made the company.
+  bool assets_passed_over() const { return assets_passed_over_; }
+  void Summary() { out_ << added_ << " assets added, " << refused_ << " refused\n"; }
+
+  NvCompanyRecord* CompanyTarget() override {
+    return loading() || created_ || failed_ ? nullptr : &record_;
   }
-  out << "created company " << number << "\n";
-  return 0;
-}
+  bool CompanyRead(const std::string& error) override {
+    if (!error.empty()) return Fail("nvtool: bad document: " + error);
+    if (!record_.number.empty() && !EqualIgnoringCase(record_.number, number_)) {
+      return Fail("nvtool: bad document: it is for company " + record_.number + ", not " + number_);
+    }
+    if (!Create() || !Open()) {
+      failed_ = true;
+      return false;
+    }
+    return true;
+  }
+  const AssetRecordFormat* AssetForm() override {
+    if (loading()) return &format_;
+    assets_passed_over_ = true;
+    return nullptr;
+  }
+  bool AssetRead(NvAsset& asset, const std::string& label, const std::string& error) override {
+    if (!error.empty()) return Refuse(label, error);
+    if (!asset.number.valid()) {
+      return Refuse(label, "invalid number under the company's format " +
+                               format_.asset_no_format.DisplayText());
+    }
+    int rc = company_.AddAsset(&asset);
+    if (rc != kOk) {
+      return Refuse(label,
+                    rc == kDuplicate ? std::string("duplicate asset number") : StatusText(rc));
+    }
+    ++added_;
+    return true;
+  }
+
+ private:
+  bool Fail(const std::string& message) {
+    err_ << message << "\n";
+    failed_ = true;
+    return false;
+  }
+  bool Refuse(const std::string& label, const std::string& why) {
+    out_ << "refused " << label << ": " << why << "\n";
+    ++refused_;
+    return true;
+  }
+  // Makes the company from record_ and enters it into MASTER.A; false after saying why.
+  bool Create() {
+    NvCompany company(ctx_);
+    company.record() = record_;
+    if (int rc =
+            company.Create({number_, record_.name}, NvCompany::kOpenI1 | NvCompany::kOpenI2, lock_);
+        rc != 0) {
+      if (rc == kCompanyInUse) {
+        TellCompanyInUse(number_, company.lock_holder(), err_);
+      } else {
+        err_ << "nvtool: cannot create company " << number_ << ": "
+             << WhyNotCreated(ctx_, number_, rc) << "\n";
+      }
+      return false;
+    }
+    created_ = true;
+    MasterFile master;
+    master.subfolders = ctx_.current.subfolders;
+    const MasterFileStatus rc = ReadMasterFile(ctx_.data_directory(), &master);
+    if (rc != MasterFileStatus::kOk && rc != MasterFileStatus::kNotFound) {
+      err_ << "nvtool: cannot read " << ctx_.data_directory() << kMasterFileName << "\n";
+      return false;
+    }
+    InsertMasterRec(&master.companies, {number_, record_.name});
+    if (WriteMasterFile(ctx_.data_directory(), master) != MasterFileStatus::kOk) {
+      err_ << "nvtool: cannot write " << ctx_.data_directory() << kMasterFileName << "\n";
+      return false;
+    }
+    out_ << "created company " << number_ << "\n";
+    return true;
+  }
+
+  const InstallationContext& ctx_;
+  const std::string number_;
+  CompanyInUseLock& lock_;  // held for the whole run, from before the company is looked for
+  std::ostream& out_;
+  std::ostream& err_;
+  NvCompany company_;
+  NvCompanyRecord record_;
+  AssetRecordFormat format_;
+  bool created_ = false;
+  bool failed_ = false;
+  bool assets_passed_over_ = false;
+  size_t added_ = 0, refused_ = 0;
+};
 
 int Load(const InstallationContext& ctx, const std::string& number_arg, const std::string& file,
          std::ostream& out, std::ostream& err) {
   const std::string number = AsciiUpper(number_arg);
-  std::optional<std::string> text = ReadFileBytes(file);
-  if (!text) {
-    err << "nvtool: cannot read " << file << "\n";
-    return 1;
-  }
-  nlohmann::json doc = nlohmann::json::parse(*text, nullptr, /*allow_exceptions=*/false);
-  if (doc.is_discarded() || !doc.is_object()) {
-    err << "nvtool: " << file << ": not a JSON object\n";
-    return 1;
-  }
-  auto assets = doc.find("assets");
-  if (assets != doc.end() && !assets->is_array()) {
-    err << "nvtool: bad document: assets is not a list\n";
-    return 1;
-  }
   if (!IsValidCompanyNumber(number)) {
     err << "nvtool: " << number_arg << " is not a company number (1 to 8 of A-Z, 0-9, &#$@)\n";
+    return 1;
+  }
+  std::ifstream in(file, std::ios::binary);
+  if (!in) {
+    err << "nvtool: cannot read " << file << "\n";
     return 1;
   }
   // One writer per company: the in-use lock is held from before the company is looked for
@@ -306,56 +426,55 @@ int Load(const InstallationContext& ctx, const std::string& number_arg, const st
     }
     return 1;
   }
-  if (!CompanyExists(ctx, number)) {
-    if (int rc = CreateFromDocument(ctx, number, doc, lock, out, err); rc != 0) {
+  // A company folder made only to hold the lock goes again when no company came of the run;
+  // one with files in it refuses, and stays.
+  struct FolderOfNoCompany {
+    ~FolderOfNoCompany() {
+      if (!ctx.current.subfolders || CompanyExists(ctx, number)) return;
       lock.Release();
-      // A company folder made only to hold the lock goes again; one with files in it
-      // refuses, and stays.
-      if (ctx.current.subfolders) static_cast<void>(::rmdir(CompanyFolder(ctx, number).c_str()));
-      return rc;
+      static_cast<void>(::rmdir(CompanyFolder(ctx, number).c_str()));
     }
-  }
-  NvCompany company(ctx);
-  if (!OpenCompany(company, number, NvCompany::kOpenI1 | NvCompany::kOpenI2, err, &lock)) {
-    return 1;
-  }
-  const AssetRecordFormat format = company.RecordFormat();
-  size_t added = 0, refused = 0, position = 0;
-  for (const nlohmann::json& item : assets == doc.end() ? nlohmann::json::array() : *assets) {
-    ++position;
-    NvAsset asset;
-    asset.Clear(format.schedule_letters);
-    std::string error;
-    std::string label =
-        item.is_object() && item.contains("asset_no") && item["asset_no"].is_string()
-            ? item["asset_no"].get<std::string>()
-            : StrPrintf("#%zu", position);
-    if (!AssetFromJson(item, format.asset_no_format, &asset, &error)) {
-      out << "refused " << label << ": " << error << "\n";
-      ++refused;
-      continue;
+    const InstallationContext& ctx;
+    const std::string& number;
+    CompanyInUseLock& lock;
+  } tidy{ctx, number, lock};
+  LoadRun run(ctx, number, lock, out, err);
+  if (CompanyExists(ctx, number) && !run.Open()) return 1;
+  DocumentResult result = ReadCompanyDocument(in, run);
+  if (result.outcome == DocumentOutcome::kRead && run.assets_passed_over() && run.loading()) {
+    // The company object came after the assets and made the company: read the assets now.
+    in.clear();
+    if (!std::filesystem::is_regular_file(file) || !in.seekg(0)) {
+      err << "nvtool: " << file << ": the assets come before the company object, and the file "
+          << "cannot be read a second time for them; company " << number << " has none yet\n";
+      return std::max(run.Close(), 1);
     }
-    if (!asset.number.valid()) {
-      out << "refused " << label << ": invalid number under the company's format "
-          << format.asset_no_format.DisplayText() << "\n";
-      ++refused;
-      continue;
-    }
-    int rc = company.AddAsset(&asset);
-    if (rc == kOk) {
-      ++added;
-    } else {
-      out << "refused " << label << ": "
-          << (rc == kDuplicate ? std::string("duplicate asset number") : StatusText(rc)) << "\n";
-      ++refused;
-    }
+    result = ReadCompanyDocument(in, run);
   }
-  if (int rc = company.Close(); rc != 0) {
-    err << "nvtool: closing company " << number << " failed (status " << rc << ")\n";
-    return 1;
+  const bool loading = run.loading();
+  int status = run.Close();
+  if (loading) run.Summary();
+  switch (result.outcome) {
+    case DocumentOutcome::kRead:
+      if (!loading && !run.failed()) {
+        err << "nvtool: no company " << number << " yet, and the document has no company object\n";
+        return 1;
+      }
+      return status;
+    case DocumentOutcome::kEnded:
+      return 1;  // the run said why
+    case DocumentOutcome::kNotAnObject:
+      err << "nvtool: " << file << ": not a JSON object\n";
+      return 1;
+    case DocumentOutcome::kAssetsNotAList:
+      err << "nvtool: bad document: assets is not a list\n";
+      return 1;
+    case DocumentOutcome::kBadJson:
+      err << "nvtool: " << file << ": not valid JSON " << result.syntax_error
+          << (loading ? "; the assets before that point are loaded" : "") << "\n";
+      return 1;
   }
-  out << added << " assets added, " << refused << " refused\n";
-  return 0;
+  return 1;
 }
 
 }  // namespace

@@ -189,9 +189,16 @@ TEST_F(NvtoolTest, ErrorsAreOneLineAndAFailingStatus) {
   EXPECT_EQ(bad.status, 1);
   EXPECT_EQ(bad.err, "nvtool: cannot open company BAD: its block file is not a company's\n");
 
-  ToolRun broken = Nvtool({"load", dir_.path(), "NEW", Write("b.json", "{\"assets\": [")});
+  const std::string cut = Write("b.json", "{\"assets\": [");
+  ToolRun broken = Nvtool({"load", dir_.path(), "NEW", cut});
   EXPECT_EQ(broken.status, 1);
-  EXPECT_NE(broken.err.find("not a JSON object"), std::string::npos);
+  EXPECT_TRUE(broken.err.starts_with("nvtool: " + cut + ": not valid JSON at line 1, column "))
+      << broken.err;
+  EXPECT_EQ(broken.err.find('\n'), broken.err.size() - 1);
+  ToolRun list = Nvtool({"load", dir_.path(), "NEW", Write("l.json", "[{}]")});
+  EXPECT_EQ(list.err, "nvtool: " + dir_.File("l.json") + ": not a JSON object\n");
+  ToolRun assets = Nvtool({"load", dir_.path(), "NEW", Write("m.json", R"({"assets": {}})")});
+  EXPECT_EQ(assets.err, "nvtool: bad document: assets is not a list\n");
   ToolRun no_company = Nvtool({"load", dir_.path(), "NEW", Write("c.json", "{\"assets\": []}")});
   EXPECT_EQ(no_company.status, 1);
   EXPECT_EQ(no_company.err, "nvtool: no company NEW yet, and the document has no company object\n");
@@ -208,6 +215,59 @@ TEST_F(NvtoolTest, ErrorsAreOneLineAndAFailingStatus) {
   EXPECT_EQ(Nvtool({}).status, 2);
   EXPECT_EQ(Nvtool({"frobnicate"}).err.substr(0, 36), "nvtool: unknown command 'frobnicate'");
   EXPECT_EQ(Nvtool({"version"}).out, "nvtool 4.1.141\n");
+}
+
+TEST_F(NvtoolTest, ACompanyWithoutAssetsIsDumped) {
+  const std::string doc =
+      Write("e.json", R"({"company": {"name": "Empty"}, "assets": [{"asset_no": ""}]})");
+  ToolRun load = Nvtool({"load", dir_.path(), "ACME", doc});
+  ASSERT_EQ(load.status, 0) << load.err;
+  EXPECT_TRUE(load.out.ends_with("\n0 assets added, 1 refused\n")) << load.out;
+
+  ToolRun json = Nvtool({"dump", dir_.path(), "ACME", "--json"});
+  ASSERT_EQ(json.status, 0) << json.err;
+  EXPECT_EQ(json.err, "");
+  EXPECT_TRUE(
+      json.out.starts_with("{\n  \"company\": {\n    \"number\": \"ACME\",\n    \"name\": "
+                           "\"Empty\",\n"))
+      << json.out;
+  EXPECT_TRUE(json.out.ends_with("\n  },\n  \"assets\": []\n}\n")) << json.out;
+  ToolRun text = Nvtool({"dump", dir_.path(), "ACME"});
+  ASSERT_EQ(text.status, 0) << text.err;
+  EXPECT_TRUE(text.out.starts_with("Company ACME  Empty\n")) << text.out;
+  EXPECT_TRUE(text.out.ends_with("\n0 assets\n")) << text.out;
+}
+
+TEST_F(NvtoolTest, LoadTakesTheCompanyAfterTheAssets) {
+  // Keys sorted by name put "assets" first: the company is made, then the assets read.
+  const std::string doc = Write("sorted.json", R"({"assets": [
+      {"asset_no": "1.001", "description": "first"}, {"asset_no": "1.001"},
+      {"asset_no": "2.001", "schedules": {"B": {"method": 2}}}],
+    "company": {"asset_number_format": {"main": 8, "sub": 3}, "name": "Sorted",
+                "schedules": [{"letter": "B", "name": "Book", "type": "B"}]}})");
+  ToolRun load = Nvtool({"load", dir_.path(), "ACME", doc});
+  ASSERT_EQ(load.status, 0) << load.err;
+  EXPECT_EQ(load.out,
+            "created company ACME\n"
+            "refused 1.001: duplicate asset number\n"
+            "2 assets added, 1 refused\n");
+  EXPECT_EQ(Nvtool({"check", dir_.path(), "ACME"}).out, "company ACME: 2 assets, no problems\n");
+  nlohmann::json dump = nlohmann::json::parse(Nvtool({"dump", dir_.path(), "ACME", "--json"}).out);
+  EXPECT_EQ(dump["company"]["name"], "Sorted");
+  EXPECT_EQ(dump["assets"][0]["description"], "first");
+  EXPECT_EQ(dump["assets"][1]["schedules"]["B"]["method"], 2);
+}
+
+TEST_F(NvtoolTest, LoadOfADocumentCutShortKeepsTheAssetsBeforeTheCut) {
+  std::string text = kDocument;
+  text.resize(text.find("{\"asset_no\": \"7.002\"") + 20);
+  const std::string doc = Write("cut.json", text);
+  ToolRun load = Nvtool({"load", dir_.path(), "ACME", doc});
+  EXPECT_EQ(load.status, 1);
+  EXPECT_EQ(load.out, "created company ACME\n1 assets added, 0 refused\n");
+  EXPECT_TRUE(load.err.starts_with("nvtool: " + doc + ": not valid JSON at line ")) << load.err;
+  EXPECT_EQ(load.err.find('\n'), load.err.size() - 1) << load.err;
+  EXPECT_EQ(Nvtool({"check", dir_.path(), "ACME"}).out, "company ACME: 1 assets, no problems\n");
 }
 
 TEST_F(NvtoolTest, LoadSaysWhyACompanyCannotBeCreated) {
