@@ -206,11 +206,20 @@ std::string LogScheduleName(const ScheduleEntry& entry) {
   return StrPrintf("%c(%s)-%s", entry.letter, type.c_str(), description.c_str());
 }
 
+// The heading goes with detailed logging, bit 0 of the flags, which only the Detailed level
+// sets: there every field has a line of its own and the heading shows where one save's lines
+// begin. A company at the Partial level (bits 1 and 3, the default) writes a line or two per
+// save, which read well without it, and its log keeps the form it has always had.
+int CompanyChangeLogger::HeadingOptions(const NvCompanyRecord& record) {
+  return (record.logging_flags & 0x01) != 0 ? kWriteHeading : 0;
+}
+
 CompanyChangeLogger::CompanyChangeLogger(const NvCompany& company,
                                          const NvCompanyRecord* old_record,
                                          const NvCompanyRecord& new_record, std::string tag,
                                          std::string heading, LogClock clock)
-    : NvLogger(company, std::move(tag), std::move(heading), 0, std::move(clock)),
+    : NvLogger(company, std::move(tag), std::move(heading), HeadingOptions(new_record),
+               std::move(clock)),
       old_(old_record),
       new_(new_record) {
   set_flags(new_record.logging_flags);

@@ -145,8 +145,9 @@ class NvLogger {
   std::optional<File> log_;
 };
 
-// Logs a company's creation (old record none) or the changes of an edit. `old_record`, when
-// given, and `new_record` are read only while the logger runs.
+// Logs a company's creation (old record none) or the changes of an edit, under the heading
+// when the new record's logging is detailed. `old_record`, when given, and `new_record` are
+// read only while the logger runs.
 class CompanyChangeLogger : public NvLogger {
  public:
   CompanyChangeLogger(const NvCompany& company, const NvCompanyRecord* old_record,
@@ -154,6 +155,9 @@ class CompanyChangeLogger : public NvLogger {
                       LogClock clock = LocalLogTime);
 
   void Run();
+
+  // kWriteHeading when the record's logging asks for detail (bit 0), else 0.
+  static int HeadingOptions(const NvCompanyRecord& record);
 
  private:
   void LogNewCompany();

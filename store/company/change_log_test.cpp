@@ -226,6 +226,7 @@ TEST_F(ChangeLogTest, DetailedNewCompanyLogsEveryFieldWithAValue) {
   // EIN, Misc Codes and Round Dollars are empty.
   LogCompanyChanges(company_, nullptr, created, kTagNewCompany, kHeadingEditCompany, FixedClock());
   std::vector<std::string> expected = {
+      "Edit Company",  // detailed logging heads its lines
       "Company No set to <ACME>",
       "Company Name set to <Acme Tools>",
       "Last Closed set to <12/31/2023>",
@@ -259,6 +260,7 @@ TEST_F(ChangeLogTest, EditLogsEachChangedFieldInScreenOrder) {
   after.logging_flags = kLoggingDetailed;
   LogCompanyChanges(company_, &before, after, kTagEditCompany, kHeadingEditCompany, FixedClock());
   std::vector<std::string> expected = {
+      "Edit Company",
       "Asset No. Format changed from <6 char (numeric only, no dashes), 2 digit subasset> to "
       "<8 char (numeric only, no dashes), 2 digit subasset>",
       "Schedules changed from <BTX> to <BXA>",
