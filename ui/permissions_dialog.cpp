@@ -163,7 +163,12 @@ void PermissionsDialogModel::Sort() {
 
 bool EditUserPermissions(NvCompany& company, int my_level, Ui& ui,
                          const PermissionsDialogRunner& run_dialog) {
-  const InstallationContext& context = company.context();
+  return EditUserPermissions(company.context(), &company.record().permissions, my_level, ui,
+                             run_dialog);
+}
+
+bool EditUserPermissions(const InstallationContext& context, std::string* permissions_text,
+                         int my_level, Ui& ui, const PermissionsDialogRunner& run_dialog) {
   if (!context.network_mode) {
     MessageF(ui, "Note", "This feature is only available for network versions of %s",
              context.product_name().c_str());
@@ -173,7 +178,7 @@ bool EditUserPermissions(NvCompany& company, int my_level, Ui& ui,
     RefuseFeature(ui, my_level, kFullAccess);
     return false;
   }
-  std::string& permissions = company.record().permissions;
+  std::string& permissions = *permissions_text;
   if (!PermissionsDefined(permissions) &&
       !AskYes(ui, DefaultButton::kNo,
               "This company currently has no user permissions defined:  All users\nhave full "

@@ -97,5 +97,9 @@ using PermissionsDialogRunner = std::function<void(PermissionsDialogModel& model
 // record's permissions text is replaced. True when the dialog ran.
 bool EditUserPermissions(NvCompany& company, int my_level, Ui& ui,
                          const PermissionsDialogRunner& run_dialog);
+// The same for a permissions text held apart from the company (the company screen edits a
+// copy of the record); `context` gives the network mode, the product and the user name.
+bool EditUserPermissions(const InstallationContext& context, std::string* permissions, int my_level,
+                         Ui& ui, const PermissionsDialogRunner& run_dialog);
 
 }  // namespace nv

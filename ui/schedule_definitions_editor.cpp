@@ -164,7 +164,7 @@ DlgEdScheduleDefinitions::CloseResult DlgEdScheduleDefinitions::Close() {
   if (SameScheduleDefinitions(list_, original_)) return CloseResult::kClosed;
   switch (ui_.Question("Save changes to your Schedule Definitions?", DefaultButton::kYes)) {
     case Answer::kYes:
-      if (!SaveScheduleDefinitions(company_, list_)) {
+      if (!(saver_ ? saver_(list_) : SaveScheduleDefinitions(company_, list_))) {
         ui_.Message("Unable to save your Schedule Definitions.", "Error");
         return CloseResult::kStayOpen;
       }
@@ -314,8 +314,10 @@ void DlgEdScheduleDefinitions::Rebuild() {
 
 bool EditScheduleDefinitions(ScheduleDefinitionsWindowRunner& window, Ui& ui,
                              CompanySchedules company, ScheduleDefinitionList* list,
-                             std::string_view company_letters, bool allow_delete) {
+                             std::string_view company_letters, bool allow_delete,
+                             DlgEdScheduleDefinitions::Saver saver) {
   DlgEdScheduleDefinitions editor(std::move(company), *list, company_letters, allow_delete, ui);
+  editor.set_saver(std::move(saver));
   window.Run(editor);
   if (!editor.saved()) return false;
   *list = editor.list();

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,9 @@ class DlgEdScheduleDefinitions {
  public:
   enum class Mode { kNone, kNew, kSelected };
   enum class CloseResult { kClosed, kStayOpen };
+  // Writes the definitions when the editor closes with changes saved. Unless replaced, both
+  // stores with SaveScheduleDefinitions.
+  using Saver = std::function<bool(const ScheduleDefinitionList& list)>;
 
   // `company_letters`: the company's schedule letters; definitions of those letters are in
   // use, so changing or deleting them is guarded.
@@ -75,6 +79,7 @@ class DlgEdScheduleDefinitions {
 
   // True once the definitions have been written to the settings files on close.
   bool saved() const { return saved_; }
+  void set_saver(Saver saver) { saver_ = std::move(saver); }
 
   // --- Field edits --------------------------------------------------------------------
   void SetLetterText(std::string_view text) { letter_text_ = std::string(text); }
@@ -131,6 +136,7 @@ class DlgEdScheduleDefinitions {
   std::string description_;
   bool this_company_only_ = true;
   bool saved_ = false;
+  Saver saver_;
 };
 
 // Shows the editor's window over its model and returns when the model's Close command has
@@ -143,8 +149,10 @@ class ScheduleDefinitionsWindowRunner {
 
 // Runs the editor over a copy of *list. True when the user saved changes; *list is then
 // the saved definitions.
+// `saver`, when given, writes the definitions in place of SaveScheduleDefinitions.
 bool EditScheduleDefinitions(ScheduleDefinitionsWindowRunner& window, Ui& ui,
                              CompanySchedules company, ScheduleDefinitionList* list,
-                             std::string_view company_letters, bool allow_delete);
+                             std::string_view company_letters, bool allow_delete,
+                             DlgEdScheduleDefinitions::Saver saver = {});
 
 }  // namespace nv
