@@ -202,6 +202,22 @@ const std::vector<std::string>& CompanyScreen::ButtonNames() {
   return names;
 }
 
+int CompanyScreen::ControlId(std::string_view name) {
+  if (const Field* field = FindField(name)) return field->id;
+  const std::vector<std::string>& buttons = ButtonNames();
+  for (size_t b = 0; b < buttons.size(); ++b) {
+    if (buttons[b] == name) return kFirstButtonId + static_cast<int>(b);
+  }
+  return 0;
+}
+
+std::string CompanyScreen::ButtonOfControl(int id) {
+  const std::vector<std::string>& buttons = ButtonNames();
+  const int b = id - kFirstButtonId;
+  if (b < 0 || b >= static_cast<int>(buttons.size())) return std::string();
+  return buttons[static_cast<size_t>(b)];
+}
+
 const CompanyScreen::Field* CompanyScreen::FindField(std::string_view name) {
   for (const Field& f : Fields()) {
     if (f.name == name) return &f;
@@ -221,7 +237,7 @@ CompanyScreen::CompanyScreen(NvCompany& company, bool new_company, Ui& ui)
   loc_cat_choice_[kLocations] = original_.global_loc_cat;
   loc_cat_choice_[kCategories] = original_.global_loc_cat;
   Build();
-  Show();
+  Refresh();
 }
 
 std::string CompanyScreen::FieldText(std::string_view name) const {
@@ -233,7 +249,7 @@ bool CompanyScreen::SetField(std::string_view name, std::string_view text) {
   const Field* field = FindField(name);
   if (field == nullptr) return false;
   const bool accepted = field->set(*this, text);
-  Show();
+  Refresh();
   return accepted;
 }
 
@@ -292,27 +308,27 @@ void CompanyScreen::Build() {
   table_.push_back(Label(0, kLabelColumn, "Company No."));
   edit(kNumberId, 0, kValueColumn, 8, "readonly,upr");
   table_.push_back(Label(1, kLabelColumn, "Company Name"));
-  edit(kNameId, 1, kValueColumn, static_cast<int>(kCompanyNameWidth), "ckkillfocus");
+  edit(kNameId, 1, kValueColumn, static_cast<int>(kCompanyNameWidth), "");
   table_.push_back(Label(2, kLabelColumn, "EIN or SSN"));
-  edit(kEinId, 2, kValueColumn, static_cast<int>(kEinWidth), "ckkillfocus");
+  edit(kEinId, 2, kValueColumn, static_cast<int>(kEinWidth), "");
   table_.push_back(Label(3, kLabelColumn, "Last Closed"));
-  edit(kLastClosedId, 3, kValueColumn, 10, "ckkillfocus,chars(0-9/)");
+  edit(kLastClosedId, 3, kValueColumn, 10, "chars(0-9/)");
   table_.push_back(Label(3, kRightLabelColumn, "Current Year End"));
-  edit(kYearEndId, 3, kRightValueColumn, 10, "ckkillfocus,chars(0-9/)");
+  edit(kYearEndId, 3, kRightValueColumn, 10, "chars(0-9/)");
 
   table_.push_back(Label(5, kLabelColumn, "Schedules"));
   edit(kScheduleLettersId, 5, kValueColumn, static_cast<int>(kScheduleLettersFieldWidth),
-       "ckkillfocus,upr,chars(A-Za-z)");
+       "upr,chars(A-Za-z)");
   table_.push_back(Label(5, kRightLabelColumn, "Sort Order"));
   edit(kSortOrderId, 5, kRightValueColumn, static_cast<int>(kSortOrderWidth),
-       "ckkillfocus,upr,chars(LCAPDYlcapdy0-9)");
+       "upr,chars(LCAPDYlcapdy0-9)");
 
   table_.push_back(Control(kFieldGroup, 0, 7, kLabelColumn, 40, {},
                            "title(Asset Number Format),width(40),height(6)"));
   table_.push_back(Label(8, kLabelColumn + 2, "Digits/Chars in Asset No."));
-  edit(kMainLengthId, 8, kValueColumn + 4, 2, "ckkillfocus,chars(0-9),rjust");
+  edit(kMainLengthId, 8, kValueColumn + 4, 2, "chars(0-9),rjust");
   table_.push_back(Label(9, kLabelColumn + 2, "Digits in Subasset Part"));
-  edit(kSubassetLengthId, 9, kValueColumn + 4, 1, "ckkillfocus,chars(0-9),rjust");
+  edit(kSubassetLengthId, 9, kValueColumn + 4, 1, "chars(0-9),rjust");
   radio(kLettersId, 10, kLabelColumn + 2, 17, "Letters", YesNo(), 2, false);
   radio(kDashesId, 10, kLabelColumn + 21, 17, "Dashes", YesNo(), 2, false);
 
@@ -325,7 +341,7 @@ void CompanyScreen::Build() {
         GlobalLocCatChoices(), 1, false);
   radio(kLoggingId, 20, kLabelColumn, 40, "Asset Logging", LoggingLevels(), 3, false);
   table_.push_back(Label(21, kRightLabelColumn, "Misc Codes"));
-  edit(kMiscCodesId, 21, kRightValueColumn, static_cast<int>(kMiscCodesWidth), "ckkillfocus");
+  edit(kMiscCodesId, 21, kRightValueColumn, static_cast<int>(kMiscCodesWidth), "");
 
   static const char* const kButtonCaptions[] = {"Definitions...", "Locations...",
                                                 "Categories...",  "Property Codes...",
@@ -361,7 +377,7 @@ void CompanyScreen::Build() {
   }
 }
 
-void CompanyScreen::Show() {
+void CompanyScreen::Refresh() {
   for (FieldDescription& control : table_) {
     for (const Field& field : Fields()) {
       if (field.id == 0 || field.id != control.id) continue;

@@ -111,6 +111,11 @@ class CompanyScreen {
   static const std::vector<std::string>& FieldNames();
   [[nodiscard]] static bool IsFieldName(std::string_view name);
   static const std::vector<std::string>& ButtonNames();
+  // The control identifier of a field or button in table(); 0 for a field that has no
+  // control there (the user fields) or an unknown name.
+  static int ControlId(std::string_view name);
+  // The button of a control identifier, "" for none.
+  static std::string ButtonOfControl(int id);
 
   // The screen in the screen language, its data the record copy's values; a field's check
   // runs the field's rule.
@@ -118,6 +123,10 @@ class CompanyScreen {
   const NvCompanyRecord& record() const { return record_; }
   bool new_company() const { return new_company_; }
   Ui& ui() { return ui_; }
+
+  // Puts the record copy's values into the table's data again: a view calls it after its
+  // controls wrote what was typed there, which the rules may have changed.
+  void Refresh();
 
   // The field's text as the screen shows it ("" for an unknown name).
   std::string FieldText(std::string_view name) const;
@@ -151,8 +160,6 @@ class CompanyScreen {
   static const Field* FindField(std::string_view name);
 
   void Build();
-  // The table's data from the record copy.
-  void Show();
 
   // Leave-field rules, each true when the value stands.
   bool SetText(std::string* member, size_t width, std::string_view text);

@@ -57,7 +57,7 @@ bool CompanyScreen::Press(std::string_view button, CompanyScreenWindows& windows
   } else {
     return false;
   }
-  Show();
+  Refresh();
   return true;
 }
 

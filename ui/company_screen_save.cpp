@@ -15,7 +15,7 @@ int CompanyScreen::Save() {
   }
   const bool passed =
       CheckDates() && CheckScheduleLetters() && CheckSortOrderChange() && CheckFormatChange();
-  Show();
+  Refresh();
   if (!passed) return kCompanyScreenStays;
   // A logging level the screen does not offer is shown as Partial and saved as Partial.
   const int32_t flags = record_.logging_flags;
