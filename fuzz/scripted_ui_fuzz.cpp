@@ -1,11 +1,15 @@
 // Feeds arbitrary bytes to the answers-script parser, then plays the parsed answers
-// against one prompt of each kind until they run out, so that every answer kind meets
-// every prompt kind.
+// against one prompt of each kind and the company screen of a company about to be made
+// until they run out, so that every answer kind meets every prompt kind and every field
+// rule meets whatever text a `field` line carries.
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_scratch.h"
+#include "store/company/company.h"
+#include "ui/company_screen.h"
 #include "ui/scripted_ui.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -16,6 +20,21 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (errors.empty()) __builtin_trap();  // a refused script must say why
     return 0;
   }
+  // The screen of a new company reads the installation's files but writes nothing.
+  const std::string folder = nv::fuzzing::ScratchFolder("scripted_ui");
+  nv::InstallationContext context;
+  context.run.product_name = "NORVANE";
+  context.installation_folder = folder;
+  context.current.slot.data_path = folder;
+  context.user_name = "FUZZ";
+  nv::NvCompany company(context);
+  company.SetLocation("FUZZ", folder);
+  nv::NvCompanyRecord& record = company.record();
+  record.number = "FUZZ";
+  record.schedule_letters = "BT";
+  record.schedules = {{'B', "B", "Book"}, {'T', "T", "Tax"}};
+  nv::CompanyScreen screen(company, true, *ui);
+
   nv::ChoiceListRequest list;
   list.message = "Select company type:";
   list.options = {{"New Company", -1}, {"Existing company", 7}};
@@ -28,6 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ui->ChooseFolder("Folder", "");
     auto meter = ui->OpenProgress("Progress", text.substr(0, 16), 2);
     meter->SetPosition(1);
+    const int action = ui->RunCompanyScreen(screen);
+    if (action != nv::kCompanyScreenSave && action != nv::kCompanyScreenCancelled) __builtin_trap();
   }
   return 0;
 }

@@ -7,6 +7,7 @@
 
 #include "base/file_util.h"
 #include "base/str_format.h"
+#include "ui/company_screen.h"
 
 namespace nv {
 
@@ -68,7 +69,7 @@ bool HasControlByte(std::string_view s) {
 struct Directive {
   const char* name;
   Kind kind;
-  enum { kNone, kNumber, kText } argument;
+  enum { kNone, kNumber, kText, kField } argument;
 };
 
 // Every directive but `command`, which is not a prompt answer.
@@ -82,6 +83,8 @@ constexpr Directive kDirectives[] = {
     {"file", Kind::kFile, Directive::kText},
     {"folder", Kind::kFolder, Directive::kText},
     {"text", Kind::kText, Directive::kText},
+    {"field", Kind::kField, Directive::kField},
+    {"save", Kind::kSave, Directive::kNone},
 };
 
 const char* DirectiveName(Kind kind) {
@@ -124,6 +127,19 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         if (argument.empty()) return StrPrintf("'%s' needs a text after it", d.name);
         answer.text = std::string(argument);
         break;
+      case Directive::kField: {
+        const size_t blank = argument.find_first_of(" \t");
+        answer.field = std::string(argument.substr(0, blank));
+        if (answer.field.empty())
+          return "'field' needs a field name and a value, e.g. 'field name Acme Tools'";
+        if (!CompanyScreen::IsFieldName(answer.field)) {
+          const std::string shown = answer.field.substr(0, 40);
+          return StrPrintf("unknown company screen field '%s'", shown.c_str());
+        }
+        if (blank != std::string_view::npos)
+          answer.text = std::string(Trim(argument.substr(blank)));
+        break;
+      }
     }
     script->answers.push_back(std::move(answer));
     return "";
@@ -149,6 +165,7 @@ std::string Cut(std::string_view text, size_t max) {
 std::string DescribeAnswer(const ScriptAnswer& a) {
   std::string shown = DirectiveName(a.kind);
   if (a.kind == Kind::kChoose) shown += StrPrintf(" %d", a.position);
+  if (a.kind == Kind::kField) shown += " " + a.field;
   if (!a.text.empty()) shown += " " + a.text;
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
 }
@@ -424,6 +441,51 @@ std::unique_ptr<ProgressMeter> ScriptedUi::OpenProgress(std::string_view title,
 
 void ScriptedUi::ShowHelp(std::string_view topic) {
   log_->Write("help topic=" + QuoteTranscriptText(topic));
+}
+
+std::string ScriptedUi::PeekScreenAnswers() const {
+  if (log_->failed || next_answer_ >= answers_.size()) return "close";
+  std::string shown;
+  for (size_t i = next_answer_; i < answers_.size(); ++i) {
+    const ScriptAnswer& a = answers_[i];
+    // Answers to the questions of the screen's rules stand between its own.
+    if (a.kind == Kind::kYes || a.kind == Kind::kNo) continue;
+    const bool ends = a.kind != Kind::kField;
+    if (ends && a.kind != Kind::kSave && a.kind != Kind::kCancel && a.kind != Kind::kClose) break;
+    if (!shown.empty()) shown += ", ";
+    shown += DirectiveName(a.kind);
+    if (a.kind == Kind::kField) shown += " " + a.field + " " + QuoteTranscriptText(a.text);
+    if (ends) break;
+  }
+  return shown.empty() ? "close" : shown;
+}
+
+int ScriptedUi::RunCompanyScreen(CompanyScreen& screen) {
+  for (;;) {
+    std::string line = "company-screen";
+    for (const std::string& name : CompanyScreen::FieldNames()) {
+      line += " " + name + "=" + QuoteTranscriptText(screen.FieldText(name));
+    }
+    log_->Write(line + " -> " + PeekScreenAnswers());
+    for (;;) {
+      std::string error;
+      const ScriptAnswer* a = TakeAnswer(
+          "the company screen", {Kind::kField, Kind::kSave, Kind::kCancel, Kind::kClose}, &error);
+      if (a == nullptr) {
+        Fail(error);
+        return screen.Cancel();
+      }
+      if (a->kind == Kind::kField) {
+        // A refused value has been told through this Ui; the script goes on.
+        static_cast<void>(screen.SetField(a->field, a->text));
+        continue;
+      }
+      if (a->kind != Kind::kSave) return screen.Cancel();
+      const int action = screen.Save();
+      if (action != kCompanyScreenStays) return action;
+      break;  // the screen stays open: show it again
+    }
+  }
 }
 
 }  // namespace nv

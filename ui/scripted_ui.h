@@ -15,6 +15,10 @@
 //   file PATH                file dialog: PATH
 //   folder PATH              folder dialog: PATH
 //   text TEXT                text entry: TEXT, as typed (the field's rules are not applied)
+//   field NAME VALUE         company screen: sets field NAME (a script name of
+//                            ui/company_screen.h) to VALUE, the rest of the line (may be
+//                            empty), and runs the field's rule as leaving it would
+//   save                     company screen: saves (the screen's save rules and questions)
 //   command ID               main-window command ID (a number) to run; see below
 //
 // Lines are trimmed of blanks, tabs and a carriage return; blank lines are skipped.
@@ -23,6 +27,13 @@
 // for the whole run. `command` lines form a separate list, in their own order; where
 // they stand among the answers does not matter. Information boxes, notes, help and
 // progress meters take no answer.
+//
+// The company screen takes `field` lines until a `save`, `cancel` or `close` ends it
+// (cancel and close: action -11). Questions that a field's rule or the save asks take the
+// next answers as any question does, so they stand right after the line that asks them;
+// within the screen, answer them with yes or no, since a cancel there ends the screen. A
+// save that the rules refuse leaves the screen open for the `field` and `save` lines that
+// follow. An unknown field NAME is an error of the script.
 //
 // When no answer is left, or the next answer does not fit the prompt (`file` at a
 // question box, a position past the end of the list, a text that names no option),
@@ -51,9 +62,14 @@
 //   note title="..." text="..."
 //   progress title="..." text="..." total=250 position=250 last-text="..."
 //   help topic="nvsy6dis.html"
+//   company-screen number="ACME" name="Acme Tools" ein="" last_closed="12/31/2024" ...
+//       -> field name "Acme Co", field sort_order "LC", save
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
 //
+// The company screen's line shows, each time the screen opens or stays open after a refused
+// save, every field by its script name with its value, then the screen's answers up to the
+// one that ends it (the questions they raise follow as lines of their own).
 // An option with a value of its own shows it after the text ("Replace"=2). A progress
 // line is written when its meter closes; last-text appears only when the text was
 // changed while it ran. Callers may add their own lines (Note) and errors (Fail).
@@ -71,13 +87,29 @@
 
 namespace nv {
 
+class CompanyScreen;
+
 // One prompt answer of an answers script.
 struct ScriptAnswer {
-  enum class Kind { kYes, kNo, kCancel, kChoose, kChooseText, kClose, kFile, kFolder, kText };
+  enum class Kind {
+    kYes,
+    kNo,
+    kCancel,
+    kChoose,
+    kChooseText,
+    kClose,
+    kFile,
+    kFolder,
+    kText,
+    kField,
+    kSave
+  };
   Kind kind = Kind::kClose;
-  int position = 0;  // kChoose: 0-based option position
-  std::string text;  // kChooseText: option text; kFile, kFolder: path; kText: the text
-  int line = 0;      // 1-based line in the script, for messages
+  int position = 0;   // kChoose: 0-based option position
+  std::string field;  // kField: the field's script name
+  // kChooseText: option text; kFile, kFolder: path; kText: the text; kField: the value
+  std::string text;
+  int line = 0;  // 1-based line in the script, for messages
 };
 
 struct AnswerScript {
@@ -139,6 +171,8 @@ class ScriptedUi : public Ui {
   std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                               long total) override;
   void ShowHelp(std::string_view topic) override;
+  // Runs the company screen on the script's `field` and `save` lines; the action code.
+  int RunCompanyScreen(CompanyScreen& screen);
 
   // Transcript state; shared with open progress meters so that a meter never points at
   // a destroyed Ui.
@@ -153,6 +187,8 @@ class ScriptedUi : public Ui {
   // File and folder dialogs: answered by a path of kind `path_kind`, or cancelled.
   std::optional<std::string> AnswerPath(std::string line, std::string_view prompt,
                                         ScriptAnswer::Kind path_kind);
+  // The company screen's answers from the next one on, as its transcript line shows them.
+  std::string PeekScreenAnswers() const;
   // Writes the prompt line, then the error line when there is one.
   void WritePrompt(const std::string& line, const std::string& error);
 
