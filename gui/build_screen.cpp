@@ -240,7 +240,6 @@ QWidget* ScreenControls::MakeEdit(size_t index) {
     return edit;
   }
   auto* edit = new QLineEdit(parent_);
-  if (entry.limit) edit->setMaxLength(static_cast<int>(std::min<size_t>(*entry.limit, 32767)));
   edit->setReadOnly(read_only);
   if (IsRightAligned(field)) edit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   connect(edit, &QLineEdit::textEdited, this, [this, index] { FilterTyping(index); });
@@ -564,10 +563,17 @@ void ScreenControls::FilterTyping(size_t index) {
     taken += QChar(static_cast<char16_t>(Cp1252ToCodePoint(static_cast<unsigned char>(*filtered))));
   }
   QString result = now.left(prefix) + taken + now.right(suffix);
-  // A line edit keeps its own limit; a multiline field is held to it here.
-  if (!refused && plain && entry.limit && result.size() > before.size() &&
-      FromControlLines(result).size() > *entry.limit) {
-    refused = true;
+  // The limit stops typing and cuts text put in at once, as the Windows edit control
+  // does; a value shown longer than the limit can still be shortened.
+  auto length = [plain](const QString& text) {
+    return plain ? FromControlLines(text).size() : ToWindowsText(text).size();
+  };
+  if (!refused && entry.limit && result.size() > before.size()) {
+    while (!taken.isEmpty() && length(result) > *entry.limit) {
+      taken.chop(1);
+      result = now.left(prefix) + taken + now.right(suffix);
+    }
+    refused = taken.isEmpty();  // nothing of it fits: the text stays as it was
   }
   if (refused) result = before;
   if (result != now) {
@@ -708,16 +714,15 @@ void ScreenControls::ShowHelp(int id) {
 
 // --- Focus and keys ---
 
-void ScreenControls::MoveFocus(size_t from, int move) {
+void ScreenControls::MoveFocus(size_t from, FieldMove move) {
   CanFocus can_focus = [this](size_t i) {
     QWidget* widget = i < entries_.size() ? entries_[i]->widget.data() : nullptr;
     return widget && widget->isEnabled() && !widget->isHidden() &&
            (widget->focusPolicy() & Qt::TabFocus);
   };
-  FieldMove field_move = static_cast<FieldMove>(move);
-  if (std::optional<size_t> next = NextFocusField(table_, from, field_move, can_focus)) {
-    entries_[*next]->widget->setFocus(field_move == FieldMove::kNext ? Qt::TabFocusReason
-                                                                     : Qt::BacktabFocusReason);
+  if (std::optional<size_t> next = NextFocusField(table_, from, move, can_focus)) {
+    entries_[*next]->widget->setFocus(move == FieldMove::kNext ? Qt::TabFocusReason
+                                                               : Qt::BacktabFocusReason);
   }
 }
 
@@ -774,7 +779,7 @@ bool ScreenControls::eventFilter(QObject* watched, QEvent* event) {
       }
       FieldMove move = MoveForKey(table_[*index], *screen_key);
       if (move == FieldMove::kNone) return false;
-      MoveFocus(*index, static_cast<int>(move));
+      MoveFocus(*index, move);
       return true;
     }
     case QEvent::FocusOut: {

@@ -35,6 +35,7 @@
 #include "ui/screen/field_description.h"
 #include "ui/screen/field_help.h"
 #include "ui/screen/layout.h"
+#include "ui/screen/navigation.h"
 
 class QWidget;
 
@@ -151,7 +152,7 @@ class ScreenControls : public QObject {
   void OnChoice(size_t index, const std::string& text);
   void RunPicker(size_t index);
   void TakePicked(size_t index, const std::string& value);
-  void MoveFocus(size_t from, int move);
+  void MoveFocus(size_t from, FieldMove move);
 
   std::optional<size_t> IndexOfWidget(const QWidget* widget) const;
   std::optional<int> IdOfWidget(const QWidget* widget) const;

@@ -234,9 +234,15 @@ class BuildScreenTest : public QObject {
     number->setSelection(0, number->text().size());
     number->insert(QStringLiteral("xy-9"));
     QCOMPARE(number->text(), QStringLiteral("XY-9"));
+    number->end(false);
+    number->insert(QStringLiteral("0123456789"));
+    QCOMPARE(number->text(), QStringLiteral("XY-90123456"));  // cut to the limit
+    number->setSelection(4, 7);
+    number->insert(QStringLiteral("-"));
+    QCOMPARE(number->text(), QStringLiteral("XY-9-"));
     QCOMPARE(screen.Data(kNumber).data, std::string("A-100"));  // not written before leaving
     QTest::keyClick(number, Qt::Key_Return);
-    QCOMPARE(screen.Data(kNumber).data, std::string("XY-9"));
+    QCOMPARE(screen.Data(kNumber).data, std::string("XY-9-"));
     QCOMPARE(QApplication::focusWidget(), screen.controls->Control(kName));
 
     // A multiline field takes Enter as a line break and keeps CR LF in its data.
