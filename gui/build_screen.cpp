@@ -27,6 +27,7 @@
 #include "gui/display_text.h"
 #include "ui/screen/attributes.h"
 #include "ui/screen/edit_field.h"
+#include "ui/screen/field_table.h"
 #include "ui/screen/groups.h"
 #include "ui/screen/list_controls.h"
 #include "ui/screen/navigation.h"
@@ -156,9 +157,8 @@ ScreenControls::ScreenControls(FieldTable& table, QWidget* parent, ScreenOptions
 ScreenControls::~ScreenControls() = default;
 
 void ScreenControls::Build() {
-  for (size_t i = 0; i < table_.size() && table_[i].kind != kFieldEnd; ++i) {
-    entries_.push_back(std::make_unique<Entry>());
-  }
+  entries_.resize(FieldCount(table_));
+  for (std::unique_ptr<Entry>& entry : entries_) entry = std::make_unique<Entry>();
   for (size_t i = 0; i < entries_.size(); ++i) MakeControl(i);
   for (size_t i = 0; i < entries_.size(); ++i) {
     if (table_[i].flags & kFieldDisabledAfterCreation) SetFieldEnabled(table_[i].id, false);
@@ -594,18 +594,13 @@ void ScreenControls::FilterTyping(size_t index) {
 }
 
 bool ScreenControls::Change(size_t index, const std::string& text) {
-  FieldDescription& field = table_[index];
-  Entry& entry = *entries_[index];
   committing_ = true;
-  bool accepted = !field.check || field.check(table_, index, text);
+  bool accepted = EnterFieldValue(table_, index, text);
   committing_ = false;
-  if (!accepted) {
-    if (field.kind == kFieldEdit) field.data = entry.accepted;
-    ShowIndex(index);
-    return false;
-  }
-  field.data = text;
+  FieldDescription& field = table_[index];
+  if (!accepted && field.kind == kFieldEdit) field.data = entries_[index]->accepted;
   ShowIndex(index);
+  if (!accepted) return false;
   if (std::optional<int> target = DisplayTarget(field)) Show(*target);
   Q_EMIT FieldChanged(field.id);
   return true;

@@ -2,10 +2,11 @@
 // at run time (gui/), ended by an entry of kind 0. The attribute text is a comma-separated
 // list of keywords with optional arguments in parentheses, read with FindAttribute.
 //
-// The headers beside this one hold the rules: attributes.h (lookup), layout.h (positions
-// and sizes), edit_field.h (text limit, input filter, display formats), groups.h (radio
-// and check-box groups), list_controls.h (combo and list boxes), field_help.h (h(...)),
-// navigation.h (moving between fields, ckkillfocus). gui/build_screen.h makes the controls.
+// The headers beside this one hold the rules: field_table.h (finding fields, entering a
+// value), attributes.h (lookup), layout.h (positions and sizes), edit_field.h (text
+// limit, input filter, display formats), groups.h (radio and check-box groups),
+// list_controls.h (combo and list boxes), field_help.h (h(...)), navigation.h (moving
+// between fields, ckkillfocus). gui/build_screen.h makes the controls.
 //
 // Keywords whose effect is ours to choose, and where each is carried out:
 //

@@ -116,11 +116,4 @@ std::optional<int> DisplayTarget(const FieldDescription& field) {
   return NumberAttribute("display", field.attributes);
 }
 
-std::optional<size_t> FieldIndexOfId(const FieldTable& table, int id) {
-  for (size_t i = 0; i < table.size() && table[i].kind != kFieldEnd; ++i) {
-    if (table[i].id == id) return i;
-  }
-  return std::nullopt;
-}
-
 }  // namespace nv

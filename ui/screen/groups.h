@@ -72,7 +72,4 @@ class CheckBoxGroup {
 // The identifier named by "display(ID)": the field shown again after this one changes.
 std::optional<int> DisplayTarget(const FieldDescription& field);
 
-// Table index of the field with identifier `id`; nothing when no field has it.
-std::optional<size_t> FieldIndexOfId(const FieldTable& table, int id);
-
 }  // namespace nv

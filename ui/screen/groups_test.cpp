@@ -104,15 +104,9 @@ TEST(CheckBoxGroup, TicksFromDataAndTheLimits) {
   EXPECT_TRUE(ui.transcript().empty());
 }
 
-TEST(ScreenGroups, DisplayTargetAndIdentifiers) {
-  FieldTable table = {Field(kFieldEdit, 0, ""), Field(kFieldEdit, 0, "", "display(77)"),
-                      Field(kFieldEnd, 0, ""), Field(kFieldEdit, 0, "")};
-  table[0].id = 77;
-  table[3].id = 88;
-  EXPECT_EQ(DisplayTarget(table[1]), 77);
-  EXPECT_EQ(DisplayTarget(table[0]), std::nullopt);
-  EXPECT_EQ(FieldIndexOfId(table, 77), 0u);
-  EXPECT_EQ(FieldIndexOfId(table, 88), std::nullopt);  // past the end entry
+TEST(ScreenGroups, DisplayTarget) {
+  EXPECT_EQ(DisplayTarget(Field(kFieldEdit, 0, "", "upr,display(77)")), 77);
+  EXPECT_EQ(DisplayTarget(Field(kFieldEdit, 0, "", "display")), std::nullopt);
 }
 
 }  // namespace

@@ -2,21 +2,10 @@
 
 #include "base/ascii.h"
 #include "ui/screen/attributes.h"
-#include "ui/screen/groups.h"
+#include "ui/screen/field_table.h"
 #include "ui/screen/layout.h"
 
 namespace nv {
-namespace {
-
-// Fields before the end entry.
-size_t FieldCount(const FieldTable& table) {
-  size_t count = 0;
-  while (count < table.size() && table[count].kind != kFieldEnd) ++count;
-  return count;
-}
-
-}  // namespace
-
 FieldMove MoveForKey(const FieldDescription& field, ScreenKey key) {
   switch (key) {
     case ScreenKey::kEnter:
