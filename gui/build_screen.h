@@ -16,7 +16,8 @@
 //   combo, list box   the items; the chosen text is read with Text(id), set with SetChoice
 //   button            the caption; a click runs the check with it, then emits ButtonClicked
 //   static text, item the caption
-// An item outside any group is a check box of its own: Checked(id), no check.
+// An item outside any group, or in a titled box, is a check box of its own: Checked(id),
+// no check.
 //
 // Fonts: a field with flag 8 uses the screen's regular font, with flag 16 its second
 // font; a field with neither keeps its parent's font. The metrics of the layout (cw, lh)
@@ -104,8 +105,8 @@ class ScreenControls : public QObject {
   // refused it (the old value is back). For the owner's save command.
   bool CommitFocused();
 
-  // The field's help: its choices to pick from, its named picker, or "Help is not
-  // available for this field."; a value picked is taken as if typed.
+  // The field's help: its choices to pick from, its named picker, a button's msg text, or
+  // "Help is not available for this field."; a value picked is taken as if typed.
   void ShowHelp(int id);
 
   // Gives the focus to the first "key" field, or else the first field that takes it.

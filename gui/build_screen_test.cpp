@@ -317,6 +317,10 @@ class BuildScreenTest : public QObject {
     QTest::keyClick(name, Qt::Key_F1);
     QVERIFY(screen.ui->transcript().ends_with(
         "message title=\"Message\" text=\"Help is not available for this field.\"\n"));
+    QPushButton* values = screen.Get<QPushButton>(kValues);
+    values->setFocus();
+    QTest::keyClick(values, Qt::Key_F1);
+    QVERIFY(screen.ui->transcript().ends_with("text=\"Define values for this field\"\n"));
     QVERIFY(!screen.ui->failed());
 
     QTest::mouseClick(screen.Get<QPushButton>(kPlaced + kPickerButtonIdOffset), Qt::LeftButton);

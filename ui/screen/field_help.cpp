@@ -6,6 +6,10 @@ namespace nv {
 
 FieldHelp HelpOf(const FieldDescription& field) {
   FieldHelp help;
+  if (field.kind == kFieldButton && !HasAttribute("h", field.attributes)) {
+    help.text = FindAttribute("msg", field.attributes).value_or("");
+    return help;
+  }
   std::optional<std::string> text = FindAttribute("h", field.attributes);
   if (!text || text->empty()) return help;
   if (text->front() == '*') {
@@ -37,6 +41,9 @@ std::optional<std::string> RunFieldHelp(FieldTable& table, size_t index, Ui& ui,
     int chosen = ui.ChoiceList(request);
     if (chosen < 0 || static_cast<size_t>(chosen) >= help.choices.size()) return std::nullopt;
     return help.choices[static_cast<size_t>(chosen)];
+  } else if (!help.text.empty()) {
+    ui.Message(help.text);
+    return std::nullopt;
   }
   ui.Message(kNoHelpText);
   return std::nullopt;

@@ -42,8 +42,16 @@ TEST(FieldHelp, NamedPickersAndFieldsWithoutHelp) {
     table = OneField(attributes);
     EXPECT_EQ(RunFieldHelp(table, 0, *ui, pickers), std::nullopt);
   }
+  table = OneField("bmp(15)");
+  table[0].kind = kFieldButton;  // a button without msg(...) has none either
+  EXPECT_EQ(RunFieldHelp(table, 0, *ui, pickers), std::nullopt);
   std::string note = "message title=\"Message\" text=\"Help is not available for this field.\"\n";
-  EXPECT_EQ(ui->transcript(), note + note + note);
+  EXPECT_EQ(ui->transcript(), note + note + note + note);
+
+  table = OneField("bmp(15),msg(Define values, say)");
+  table[0].kind = kFieldButton;
+  EXPECT_EQ(RunFieldHelp(table, 0, *ui, pickers), std::nullopt);
+  EXPECT_TRUE(ui->transcript().ends_with("text=\"Define values, say\"\n"));
 }
 
 }  // namespace
