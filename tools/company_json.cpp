@@ -700,4 +700,34 @@ DocumentResult ReadCompanyDocument(std::istream& in, CompanyDocumentSink& sink) 
   return result;
 }
 
+void WriteAccountGroupsJson(const std::vector<AccountGroup>& groups, JsonWriter& out) {
+  out.BeginArray();
+  for (const AccountGroup& group : groups) {
+    out.BeginObject();
+    out.Key("code");
+    out.String(Cp1252ToUtf8(group.code));
+    out.Key("description");
+    out.String(Cp1252ToUtf8(group.description));
+    out.Key("accounts");
+    out.BeginArray();
+    for (const std::string& account : group.accounts) out.String(Cp1252ToUtf8(account));
+    out.EndArray();
+    out.EndObject();
+  }
+  out.EndArray();
+}
+
+void WriteLocCatListJson(const NvLocCatList& list, JsonWriter& out) {
+  out.BeginArray();
+  for (const NvLocCatEntry& entry : list.entries()) {
+    out.BeginObject();
+    out.Key("code");
+    out.String(Cp1252ToUtf8(entry.code));
+    out.Key("description");
+    out.String(Cp1252ToUtf8(entry.description));
+    out.EndObject();
+  }
+  out.EndArray();
+}
+
 }  // namespace nv

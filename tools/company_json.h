@@ -6,6 +6,8 @@
 //                  "business_category", "round_dollars", "mid_quarter_override",
 //                  "global_loc_cat", "user_fields": [ { "name", "default" } ],
 //                  "misc_codes", "logging_flags", "permissions" },
+//     "account_groups": [ { "code", "description", "accounts": [ 4 texts ] } ],
+//     "locations": [ { "code", "description" } ], "categories": [ ... ],
 //     "assets": [ { "asset_no", "description", ..., "user_fields": [ 10 texts ],
 //                   "disposal": { ... }, "schedules": { LETTER: { ... } },
 //                   "pauses": { "schedules", "intervals": [ [ start, end ] ] } } ] }
@@ -22,6 +24,8 @@
 
 #include "store/asset/asset.h"
 #include "store/asset/asset_record.h"
+#include "store/codes/account_groups.h"
+#include "store/codes/loc_cat_list.h"
 #include "store/company/company_record.h"
 #include "tools/json_fields.h"
 #include "tools/json_writer.h"
@@ -33,6 +37,10 @@ std::span<const JsonField<NvAsset>> AssetJsonFields();
 std::span<const JsonField<NvAssetSchedule>> AssetScheduleJsonFields();
 
 void WriteCompanyJson(const NvCompanyRecord& record, JsonWriter& out);
+// [{"code", "description", "accounts": [4 texts]}] in list order.
+void WriteAccountGroupsJson(const std::vector<AccountGroup>& groups, JsonWriter& out);
+// [{"code", "description"}] in list order.
+void WriteLocCatListJson(const NvLocCatList& list, JsonWriter& out);
 void WriteAssetJson(const NvAsset& asset, JsonWriter& out);
 
 // Takes the parts of a document as they are read.

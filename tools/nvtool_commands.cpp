@@ -144,8 +144,9 @@ bool OpenForReading(const InstallationContext& ctx, NvCompany& company, const st
     err << "nvtool: no company " << AsciiUpper(number) << " in " << ctx.data_directory() << "\n";
     return false;
   }
-  return OpenCompany(company, number,
-                     NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, err);
+  return OpenCompany(
+      company, number,
+      NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kLoadLocCat | NvCompany::kReadOnly, err);
 }
 
 // The company's assets in asset-number order, each handed to `each` as it is read: false
@@ -263,6 +264,14 @@ int Dump(const InstallationContext& ctx, const std::string& number, bool json, s
   doc.BeginObject();
   doc.Key("company");
   WriteCompanyJson(company.record(), doc);
+  AccountGroupList groups;
+  static_cast<void>(LoadAccountGroups(company.folder(), company.number(), &groups));
+  doc.Key("account_groups");
+  WriteAccountGroupsJson(groups.groups, doc);
+  doc.Key("locations");
+  WriteLocCatListJson(company.locations(), doc);
+  doc.Key("categories");
+  WriteLocCatListJson(company.categories(), doc);
   doc.Key("assets");
   doc.BeginArray();
   if (!ForEachAsset(company, err, [&](const NvAsset& asset) { WriteAssetJson(asset, doc); })) {

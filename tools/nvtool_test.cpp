@@ -10,6 +10,7 @@
 
 #include "base/file_util.h"
 #include "base/temp_dir_testing.h"
+#include "store/codes/account_groups.h"
 #include "store/company/master_file.h"
 
 namespace nv {
@@ -231,11 +232,41 @@ TEST_F(NvtoolTest, ACompanyWithoutAssetsIsDumped) {
       json.out.starts_with("{\n  \"company\": {\n    \"number\": \"ACME\",\n    \"name\": "
                            "\"Empty\",\n"))
       << json.out;
-  EXPECT_TRUE(json.out.ends_with("\n  },\n  \"assets\": []\n}\n")) << json.out;
+  EXPECT_TRUE(
+      json.out.ends_with("\n  },\n  \"account_groups\": [],\n  \"locations\": [],\n"
+                         "  \"categories\": [],\n  \"assets\": []\n}\n"))
+      << json.out;
   ToolRun text = Nvtool({"dump", dir_.path(), "ACME"});
   ASSERT_EQ(text.status, 0) << text.err;
   EXPECT_TRUE(text.out.starts_with("Company ACME  Empty\n")) << text.out;
   EXPECT_TRUE(text.out.ends_with("\n0 assets\n")) << text.out;
+}
+
+// The code lists come out in the order the store keeps them (each sorted by code when
+// read), with their Windows-1252 texts in UTF-8.
+TEST_F(NvtoolTest, DumpListsAccountGroupsLocationsAndCategoriesInListOrder) {
+  ToolRun load = Nvtool({"load", dir_.path(), "ACME", Write("c.json", R"({"company": {}})")});
+  ASSERT_EQ(load.status, 0) << load.err;
+  const std::string folder = dir_.path() + "/";
+  ASSERT_TRUE(
+      WriteFileAtomically(folder + "ACME.LOC", "NVW3000\r\n20\tYard\r\n10\tMain \xE9tage\r\n"));
+  ASSERT_TRUE(WriteFileAtomically(folder + "ACME.CAT", "NVW3000\r\nV\tVehicles\r\n"));
+  AccountGroupList groups;
+  SetAccountGroupDefaults(folder, "ACME", &groups);
+  groups.groups.push_back({"ZETA", "last code", {"1500", "1510", "6000", ""}});
+  groups.groups.push_back({"ALPHA", "first code", {"1600", "", "", "7000"}});
+  ASSERT_EQ(SaveAccountGroups(folder, "ACME", groups), 2);
+
+  ToolRun json = Nvtool({"dump", dir_.path(), "ACME", "--json"});
+  ASSERT_EQ(json.status, 0) << json.err;
+  const nlohmann::json doc = nlohmann::json::parse(json.out);
+  EXPECT_EQ(doc["account_groups"], nlohmann::json::parse(R"([
+      {"code": "ALPHA", "description": "first code", "accounts": ["1600", "", "", "7000"]},
+      {"code": "ZETA", "description": "last code", "accounts": ["1500", "1510", "6000", ""]}])"));
+  EXPECT_EQ(doc["locations"], nlohmann::json::parse(R"([
+      {"code": "10", "description": "Main \u00e9tage"}, {"code": "20", "description": "Yard"}])"));
+  EXPECT_EQ(doc["categories"],
+            nlohmann::json::parse(R"([{"code": "V", "description": "Vehicles"}])"));
 }
 
 TEST_F(NvtoolTest, LoadTakesTheCompanyAfterTheAssets) {

@@ -1,8 +1,38 @@
 // One control of a data-entry screen. A screen is a table of these, built into controls
 // at run time (gui/), ended by an entry of kind 0. The attribute text is a comma-separated
 // list of keywords with optional arguments in parentheses, read with FindAttribute.
+//
+// The headers beside this one hold the rules: field_table.h (finding fields, entering a
+// value), attributes.h (lookup), layout.h (positions and sizes), edit_field.h (text
+// limit, input filter, display formats), groups.h (radio and check-box groups),
+// list_controls.h (combo and list boxes), field_help.h (h(...)), navigation.h (moving
+// between fields, ckkillfocus). gui/build_screen.h makes the controls.
+//
+// Keywords whose effect is ours to choose, and where each is carried out:
+//
+//   keyword         effect                                                carried by
+//   exception       the screen's enable-all and disable-all leave the     KeepsStateOnEnableAll,
+//                   field as it is                                        ScreenControls
+//   x-, y-          the control moves half a column left, half a line up  FieldRect
+//   key             the field has the focus when the screen opens         InitialFocusField
+//   opaque(box)     a static text fills its rectangle with the window     BuildScreen
+//                   colour; with "box" it also has a thin frame
+//   clipped         a static text stays on one line, cut at its right     BuildScreen
+//                   edge, instead of wrapping
+//   req             the field must not be left blank; the screen's owner  FirstMissingRequired
+//                   asks before it saves
+//   button, BUTTON  one keyword (case ignored): an edit field gets the    HasPickerButton,
+//                   picker button without a picker of its own; the        RunFieldHelp
+//                   button offers the field's help choices
+//   numeric         outside radio groups: an edit field takes only the    InputFilter
+//                   characters of a number, unless chars(...) says more
+//   display(ID)     outside groups too: after the field changes, the      DisplayTarget,
+//                   field ID is shown again                               ScreenControls
+//   kind 256        a panel: an empty sunken frame at the field's         BuildScreen
+//                   rectangle, for the screen's owner to fill
 #pragma once
 
+#include <any>
 #include <functional>
 #include <optional>
 #include <string>
@@ -36,6 +66,12 @@ using FieldCheck = std::function<bool(FieldTable& table, size_t index, const std
 // Opens a list to choose a value; gives the field a picker button. Returns the chosen
 // value, or nothing when the list was closed.
 using FieldPicker = std::function<std::optional<std::string>(FieldTable& table, size_t index)>;
+// Makes the control of a custom field (kind 1024). The logic knows no toolkit, so the
+// parent window is given, and the new control returned, as the toolkit's own pointer type
+// in a std::any (gui/: QWidget*). The builder places the control at the field's rectangle;
+// an empty result leaves the field without a control.
+using FieldCreator =
+    std::function<std::any(const std::any& parent, FieldTable& table, size_t index)>;
 
 struct FieldDescription {
   int kind = kFieldEnd;
@@ -50,6 +86,9 @@ struct FieldDescription {
   FieldCheck check;
   FieldPicker picker;
   int flags = 0;
+  FieldCreator creator;  // kind 1024 only
+  // The field's name in answers scripts and transcripts ("field NAME VALUE"); not shown.
+  std::string name;
 };
 
 }  // namespace nv
