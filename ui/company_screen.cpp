@@ -256,7 +256,7 @@ bool CompanyScreen::SetField(std::string_view name, std::string_view text) {
 namespace {
 
 // Where things stand on the screen: two columns of fields, the choices under them and the
-// buttons at the foot.
+// buttons at the foot. A button is a line and a half high, so a line is left under each.
 constexpr int kLabelColumn = 1;
 constexpr int kValueColumn = 27;
 constexpr int kRightLabelColumn = 44;
@@ -316,32 +316,32 @@ void CompanyScreen::Build() {
   table_.push_back(Label(3, kRightLabelColumn, "Current Year End"));
   edit(kYearEndId, 3, kRightValueColumn, 10, "chars(0-9/)");
 
-  table_.push_back(Label(5, kLabelColumn, "Schedules"));
-  edit(kScheduleLettersId, 5, kValueColumn, static_cast<int>(kScheduleLettersFieldWidth),
+  table_.push_back(Label(4, kLabelColumn, "Schedules"));
+  edit(kScheduleLettersId, 4, kValueColumn, static_cast<int>(kScheduleLettersFieldWidth),
        "upr,chars(A-Za-z)");
-  table_.push_back(Label(5, kRightLabelColumn, "Sort Order"));
-  edit(kSortOrderId, 5, kRightValueColumn, static_cast<int>(kSortOrderWidth),
+  table_.push_back(Label(6, kLabelColumn, "Sort Order"));
+  edit(kSortOrderId, 6, kValueColumn, static_cast<int>(kSortOrderWidth),
        "upr,chars(LCAPDYlcapdy0-9)");
+  table_.push_back(Label(6, kRightLabelColumn, "Misc Codes"));
+  edit(kMiscCodesId, 6, kRightValueColumn, static_cast<int>(kMiscCodesWidth), "");
 
-  table_.push_back(Control(kFieldGroup, 0, 7, kLabelColumn, 40, {},
-                           "title(Asset Number Format),width(40),height(6)"));
-  table_.push_back(Label(8, kLabelColumn + 2, "Digits/Chars in Asset No."));
-  edit(kMainLengthId, 8, kValueColumn + 4, 2, "chars(0-9),rjust");
-  table_.push_back(Label(9, kLabelColumn + 2, "Digits in Subasset Part"));
-  edit(kSubassetLengthId, 9, kValueColumn + 4, 1, "chars(0-9),rjust");
-  radio(kLettersId, 10, kLabelColumn + 2, 17, "Letters", YesNo(), 2, false);
-  radio(kDashesId, 10, kLabelColumn + 21, 17, "Dashes", YesNo(), 2, false);
+  table_.push_back(Control(kFieldGroup, 0, 8, kLabelColumn, 40, {},
+                           "title(Asset Number Format),width(40),height(5)"));
+  table_.push_back(Label(9, kLabelColumn + 2, "Digits/Chars in Asset No."));
+  edit(kMainLengthId, 9, kValueColumn + 4, 2, "chars(0-9),rjust");
+  table_.push_back(Label(10, kLabelColumn + 2, "Digits in Subasset Part"));
+  edit(kSubassetLengthId, 10, kValueColumn + 4, 2, "chars(0-9),rjust");
+  radio(kLettersId, 11, kLabelColumn + 2, 17, "Letters", YesNo(), 2, false);
+  radio(kDashesId, 11, kLabelColumn + 21, 17, "Dashes", YesNo(), 2, false);
 
-  radio(kBusinessCategoryId, 7, kRightLabelColumn, 36, "Business Category", BusinessCategories(), 2,
+  radio(kBusinessCategoryId, 8, kRightLabelColumn, 36, "Business Category", BusinessCategories(), 2,
         true);
-  radio(kRoundDollarsId, 10, kRightLabelColumn, 36, "Round Dollars", YesNo(), 2, false);
+  radio(kRoundDollarsId, 11, kRightLabelColumn, 36, "Round Dollars", YesNo(), 2, false);
   radio(kMidQuarterId, 14, kLabelColumn, 40, "Mid-Quarter Override", MidQuarterOverrides(), 1,
         false);
   radio(kGlobalLocCatId, 14, kRightLabelColumn, 36, "Global Cat/Loc Definitions",
         GlobalLocCatChoices(), 1, false);
   radio(kLoggingId, 20, kLabelColumn, 40, "Asset Logging", LoggingLevels(), 3, false);
-  table_.push_back(Label(21, kRightLabelColumn, "Misc Codes"));
-  edit(kMiscCodesId, 21, kRightValueColumn, static_cast<int>(kMiscCodesWidth), "");
 
   static const char* const kButtonCaptions[] = {"Definitions...", "Locations...",
                                                 "Categories...",  "Property Codes...",
@@ -353,10 +353,10 @@ void CompanyScreen::Build() {
   // The definitions button stands beside the schedule letters; the others at the foot.
   for (size_t b = 0; b < ButtonNames().size(); ++b) {
     const int id = kFirstButtonId + static_cast<int>(b);
-    FieldDescription button = b == 0
-                                  ? Control(kFieldButton, id, 5, kValueColumn + 19, 14)
-                                  : Control(kFieldButton, id, 24 + static_cast<int>(b - 1) / 3,
-                                            kLabelColumn + static_cast<int>((b - 1) % 3) * 27, 25);
+    FieldDescription button =
+        b == 0 ? Control(kFieldButton, id, 4, kValueColumn + 19, 14)
+               : Control(kFieldButton, id, 23 + 2 * (static_cast<int>(b - 1) / 3),
+                         kLabelColumn + static_cast<int>((b - 1) % 3) * 27, 25);
     button.data = kButtonCaptions[b];
     button.attributes = StrPrintf("msg(%s)", kButtonHelp[b]);
     table_.push_back(std::move(button));
@@ -369,6 +369,7 @@ void CompanyScreen::Build() {
       if (field.id == 0 || field.id != id) continue;
       if (table_[i].kind == kFieldEdit || table_[i].kind == kFieldGroup) {
         const std::string name = field.name;
+        table_[i].name = name;
         table_[i].check = [this, name](FieldTable&, size_t, const std::string& text) {
           return SetField(name, text);
         };

@@ -81,8 +81,9 @@ void UserFieldsScreen::Build() {
       return true;
     };
     table_.push_back(std::move(value));
+    // One line high, so that the rows' buttons stand apart.
     table_.push_back(Control(kFieldButton, kValuesId + i, i, kButtonColumn, 3, "...",
-                             std::string("msg(") + kUserFieldValuesButtonHelp + ")"));
+                             std::string("height(1),msg(") + kUserFieldValuesButtonHelp + ")"));
   }
   table_.push_back(Control(kFieldEnd, 0, 0, 0, 0));
 }
