@@ -1,8 +1,8 @@
-// The Ui port: every message box, question, choice list, file dialog, note window and
-// progress meter that the logic shows goes through this interface, which the logic
-// receives by reference. Two implementations exist: the Qt one in gui/ for people and
-// ScriptedUi (ui/scripted_ui.h), which answers from a list and keeps a transcript, for
-// tests, nvtool and automated runs. Logic never opens a window any other way.
+// The Ui port: every message box, question, choice list, file dialog, note window,
+// progress meter and company screen that the logic shows goes through this interface,
+// which the logic receives by reference. Two implementations exist: the Qt one in gui/
+// for people and ScriptedUi (ui/scripted_ui.h), which answers from a list and keeps a
+// transcript, for tests, nvtool and automated runs. Logic never opens a window any other way.
 //
 // The port stands in for the platform's windows (message boxes, dialogs), so it lives with
 // the other platform substitutes: the store asks its few questions (opening an old company,
@@ -19,6 +19,8 @@
 #include <vector>
 
 namespace nv {
+
+class CompanyScreen;
 
 // Answer of a question box. Closing the box counts as Cancel.
 enum class Answer { kYes, kNo, kCancel };
@@ -107,6 +109,10 @@ class Ui {
 
   // Opens a help topic (an HTML file name such as "nvsy6dis.html") from the help folder.
   virtual void ShowHelp(std::string_view topic) = 0;
+
+  // Runs the company screen modally; returns its action code (1 show again, 2 to 4
+  // save, -11 cancelled).
+  [[nodiscard]] virtual int RunCompanyScreen(CompanyScreen& screen) = 0;
 };
 
 // Shorthands for the usual calls: printf-style texts, and "every answer but Yes is No".

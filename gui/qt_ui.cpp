@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "gui/choice_list_dialog.h"
+#include "gui/company_screen_window.h"
 #include "gui/display_text.h"
 #include "gui/file_filters.h"
 #include "gui/help_viewer.h"
@@ -123,6 +124,12 @@ void QtUi::ShowHelp(std::string_view topic) {
   // One viewer window; a second topic replaces the first.
   if (!help_viewer_) help_viewer_ = new HelpViewer(owner_);
   help_viewer_->ShowTopic(*path);
+}
+
+int QtUi::RunCompanyScreen(CompanyScreen& screen) {
+  CompanyScreenWindow window(screen, *this, owner_);
+  window.exec();
+  return window.action();
 }
 
 }  // namespace nv

@@ -172,7 +172,7 @@ class ScriptedUi : public Ui {
                                               long total) override;
   void ShowHelp(std::string_view topic) override;
   // Runs the company screen on the script's `field` and `save` lines; the action code.
-  int RunCompanyScreen(CompanyScreen& screen);
+  int RunCompanyScreen(CompanyScreen& screen) override;
 
   // Transcript state; shared with open progress meters so that a meter never points at
   // a destroyed Ui.
