@@ -64,7 +64,9 @@
 
 namespace nv {
 
-// Action codes of the screen, as the import frame's setup loop reads them.
+// Action codes of the screen, as the import frame's setup loop reads them. This screen
+// ends with a save (2) or a cancel; it does everything its buttons ask while it is open, so
+// it never asks to be shown again.
 inline constexpr int kCompanyScreenShowAgain = 1;  // show the screen again
 inline constexpr int kCompanyScreenSave = 2;       // 2, 3 and 4 all mean save
 inline constexpr int kCompanyScreenCancelled = -11;

@@ -105,11 +105,11 @@ struct ScriptAnswer {
     kSave
   };
   Kind kind = Kind::kClose;
-  int position = 0;   // kChoose: 0-based option position
-  std::string field;  // kField: the field's script name
+  int position = 0;  // kChoose: 0-based option position
   // kChooseText: option text; kFile, kFolder: path; kText: the text; kField: the value
   std::string text;
-  int line = 0;  // 1-based line in the script, for messages
+  int line = 0;       // 1-based line in the script, for messages
+  std::string field;  // kField: the field's script name
 };
 
 struct AnswerScript {
