@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/ui.h"
+
 namespace nv {
 
 const mapIcon* FindDropTarget(const std::vector<mapIcon>& items, const MapRect& area) {
@@ -220,6 +222,14 @@ void MatchPanel::ResetToPresetMatches() {
   }
   // Both ids of every kept pair are still items: items are never removed.
   for (const auto& [destination, source] : preset_) SetMatch(destination, source);
+}
+
+int ExecuteMatchPanel(Ui& ui, MatchPanel& panel, bool every_destination_paired) {
+  for (;;) {
+    if (ui.RunMatchPanel(panel) != kMatchPanelOk) return kMatchPanelCancel;
+    if (!every_destination_paired || panel.AllDestinationsMatched()) return kMatchPanelOk;
+    ui.Message(kUnmatchedDestinationsMessage, "Error");
+  }
 }
 
 }  // namespace nv

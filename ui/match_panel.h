@@ -24,8 +24,12 @@
 
 namespace nv {
 
+class Ui;
+
 inline constexpr char kDefaultDestinationHeading[] = "Destination Items";
 inline constexpr char kDefaultSourceHeading[] = "Source Items";
+inline constexpr char kUnmatchedDestinationsMessage[] =
+    "All items in the left column must have matches.";
 
 // Results of running the panel: the ids of its buttons.
 inline constexpr int kMatchPanelOk = 1;
@@ -173,5 +177,11 @@ class MatchPanel {
   bool ran_ = false;
   std::vector<std::pair<int, int>> preset_;
 };
+
+// Runs the panel through the Ui. With `every_destination_paired`, an OK that leaves a
+// destination unpaired shows "All items in the left column must have matches." (title
+// "Error") and runs the panel again, until every destination is paired or the user
+// cancels. Returns kMatchPanelOk or kMatchPanelCancel.
+[[nodiscard]] int ExecuteMatchPanel(Ui& ui, MatchPanel& panel, bool every_destination_paired);
 
 }  // namespace nv

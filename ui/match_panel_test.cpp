@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "ui/scripted_ui_testing.h"
+
 namespace nv {
 namespace {
 
+using testing::Script;
 using Pairs = std::vector<std::pair<int, int>>;
 
 // Three schedules on the left, four FAS books on the right.
@@ -245,6 +248,44 @@ TEST(MatchPanel, ResetReturnsToThePresetMatches) {
   for (int id : {103, 104}) EXPECT_TRUE(AtHome(panel, id)) << id;
   EXPECT_TRUE(Beside(panel, 101, 201));
   EXPECT_EQ(panel.dragged(), nullptr);
+}
+
+TEST(ExecuteMatchPanel, AsksAgainUntilEveryDestinationIsPaired) {
+  MatchPanel panel = BookPanel();
+  ASSERT_TRUE(panel.SetMatch(201, 101));
+  auto ui = Script(
+      "ok\n"
+      "match 202=102\n"
+      "ok\n"
+      "match 203=103\n"
+      "ok\n");
+  EXPECT_EQ(ExecuteMatchPanel(*ui, panel, true), kMatchPanelOk);
+  EXPECT_FALSE(ui->failed());
+  EXPECT_EQ(panel.Matches(), (Pairs{{201, 101}, {202, 102}, {203, 103}}));
+  const std::string& t = ui->transcript();
+  const std::string error =
+      "message title=\"Error\" text=\"All items in the left column must have matches.\"\n";
+  const size_t first = t.find(error);
+  ASSERT_NE(first, std::string::npos) << t;
+  EXPECT_NE(t.find(error, first + 1), std::string::npos) << t;
+  EXPECT_EQ(t.find(error, t.find(error, first + 1) + 1), std::string::npos) << t;
+
+  // Not demanded: the first OK stands.
+  MatchPanel loose = BookPanel();
+  auto once = Script("ok\n");
+  EXPECT_EQ(ExecuteMatchPanel(*once, loose, false), kMatchPanelOk);
+  EXPECT_EQ(once->transcript().find("message"), std::string::npos);
+}
+
+TEST(ExecuteMatchPanel, CancelOrALostScriptEndsTheLoop) {
+  MatchPanel panel = BookPanel();
+  auto cancel = Script("ok\ncancel\n");
+  EXPECT_EQ(ExecuteMatchPanel(*cancel, panel, true), kMatchPanelCancel);
+  EXPECT_FALSE(cancel->failed());
+
+  auto runs_out = Script("ok\nok\n");
+  EXPECT_EQ(ExecuteMatchPanel(*runs_out, panel, true), kMatchPanelCancel);
+  EXPECT_TRUE(runs_out->failed());
 }
 
 }  // namespace
