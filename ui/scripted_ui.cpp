@@ -95,8 +95,10 @@ const char* DirectiveName(Kind kind) {
 }
 
 // "DEST=SRC DEST=SRC ...": item ids of a matching panel, blank- or tab-separated.
-std::optional<std::vector<std::pair<int, int>>> ParsePairs(std::string_view text) {
-  std::vector<std::pair<int, int>> pairs;
+using MatchPairs = std::vector<std::pair<int, int>>;
+
+std::optional<MatchPairs> ParsePairs(std::string_view text) {
+  MatchPairs pairs;
   while (!text.empty()) {
     size_t end = text.find_first_of(" \t");
     std::string_view pair = text.substr(0, end);
@@ -112,7 +114,7 @@ std::optional<std::vector<std::pair<int, int>>> ParsePairs(std::string_view text
   return pairs;
 }
 
-std::string FormatPairs(const std::vector<std::pair<int, int>>& pairs, const char* separator) {
+std::string FormatPairs(const MatchPairs& pairs, const char* separator) {
   std::string out;
   for (const auto& [destination, source] : pairs) {
     if (!out.empty()) out += separator;
@@ -159,7 +161,7 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         if (!pairs)
           return StrPrintf("'%s' needs pairs of item ids DEST=SRC, e.g. 'match 201=101 202=0'",
                            d.name);
-        answer.pairs = std::move(*pairs);
+        answer.text = FormatPairs(*pairs, " ");
         break;
       }
     }
@@ -187,7 +189,6 @@ std::string Cut(std::string_view text, size_t max) {
 std::string DescribeAnswer(const ScriptAnswer& a) {
   std::string shown = DirectiveName(a.kind);
   if (a.kind == Kind::kChoose) shown += StrPrintf(" %d", a.position);
-  if (a.kind == Kind::kMatch) shown += " " + FormatPairs(a.pairs, " ");
   if (!a.text.empty()) shown += " " + a.text;
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
 }
@@ -212,7 +213,8 @@ std::string ApplyMatchAnswer(const ScriptAnswer& answer, MatchPanel& panel) {
            StrPrintf(" names %d as a %s item, but it is a %s item", id, wanted,
                      item->kind == mapIcon::Kind::kSource ? "source" : "destination");
   };
-  for (const auto& [destination, source] : answer.pairs) {
+  // The parser wrote the text, so it holds pairs.
+  for (const auto& [destination, source] : ParsePairs(answer.text).value_or(MatchPairs{})) {
     const mapIcon* d = panel.Find(destination);
     if (!d || d->kind != mapIcon::Kind::kDestination) return wrong(destination, "destination");
     if (source == 0) {
@@ -516,7 +518,7 @@ int ScriptedUi::RunMatchPanel(MatchPanel& panel) {
       if (a->kind == Kind::kOk) result = kMatchPanelOk;
       break;
     }
-    line += "match " + FormatPairs(a->pairs, " ") + ", ";
+    line += "match " + a->text + ", ";
     error = ApplyMatchAnswer(*a, panel);
     if (!error.empty()) break;
   }

@@ -81,7 +81,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/ui.h"
@@ -105,9 +104,10 @@ struct ScriptAnswer {
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
-  std::string text;  // kChooseText: option text; kFile, kFolder: path; kText: the text
-  std::vector<std::pair<int, int>> pairs;  // kMatch: (destination id, source id)
-  int line = 0;                            // 1-based line in the script, for messages
+  // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
+  // "DEST=SRC DEST=SRC", one blank between them.
+  std::string text;
+  int line = 0;  // 1-based line in the script, for messages
 };
 
 struct AnswerScript {
