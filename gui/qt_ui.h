@@ -1,5 +1,6 @@
 // The Ui port for people: Qt message and question boxes, the choice list, file and
-// folder dialogs, the note window, the progress meter and the help viewer. Every window
+// folder dialogs, the note window, the matching panel, the progress meter and the help
+// viewer. Every window
 // is owned by the main window given at construction (none before it exists).
 #pragma once
 
@@ -35,6 +36,8 @@ class QtUi : public Ui {
   std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                               long total) override;
   void ShowHelp(std::string_view topic) override;
+  // The panel is laid out again for the owner's screen before it opens.
+  int RunMatchPanel(MatchPanel& panel) override;
 
   // The viewer of the last ShowHelp while it is open.
   HelpViewer* help_viewer() const { return help_viewer_; }
