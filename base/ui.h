@@ -1,8 +1,9 @@
 // The Ui port: every message box, question, choice list, file dialog, note window,
-// progress meter and company screen that the logic shows goes through this interface,
-// which the logic receives by reference. Two implementations exist: the Qt one in gui/
-// for people and ScriptedUi (ui/scripted_ui.h), which answers from a list and keeps a
-// transcript, for tests, nvtool and automated runs. Logic never opens a window any other way.
+// matching panel, progress meter and company screen that the logic shows goes through this
+// interface, which the logic receives by reference. Two implementations exist: the Qt one
+// in gui/ for people and ScriptedUi (ui/scripted_ui.h), which answers from a list and keeps
+// a transcript, for tests, nvtool and automated runs. Logic never opens a window any other
+// way.
 //
 // The port stands in for the platform's windows (message boxes, dialogs), so it lives with
 // the other platform substitutes: the store asks its few questions (opening an old company,
@@ -21,6 +22,7 @@
 namespace nv {
 
 class CompanyScreen;
+class MatchPanel;
 
 // Answer of a question box. Closing the box counts as Cancel.
 enum class Answer { kYes, kNo, kCancel };
@@ -106,6 +108,10 @@ class Ui {
   // Opens a progress meter over `total` steps.
   virtual std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                                       long total) = 0;
+
+  // Runs the matching panel modally; returns 1 for OK and 2 for Cancel. The matches are
+  // read from the panel afterwards.
+  [[nodiscard]] virtual int RunMatchPanel(MatchPanel& panel) = 0;
 
   // Opens a help topic (an HTML file name such as "nvsy6dis.html") from the help folder.
   virtual void ShowHelp(std::string_view topic) = 0;

@@ -33,6 +33,7 @@ class SilentUi : public nv::Ui {
     return nullptr;
   }
   void ShowHelp(std::string_view) override {}
+  int RunMatchPanel(nv::MatchPanel&) override { return 2; }          // Cancel, as closing it does
   int RunCompanyScreen(nv::CompanyScreen&) override { return -11; }  // cancelled
 };
 

@@ -1,7 +1,7 @@
 // Feeds arbitrary bytes to the answers-script parser, then plays the parsed answers
-// against one prompt of each kind and the company screen of a company about to be made
-// until they run out, so that every answer kind meets every prompt kind and every field
-// rule meets whatever text a `field` line carries.
+// against one prompt of each kind, the matching panel and the company screen of a company
+// about to be made until they run out, so that every answer kind meets every prompt kind and
+// every field rule meets whatever text a `field` line carries.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,7 +10,22 @@
 #include "fuzz/fuzz_scratch.h"
 #include "store/company/company.h"
 #include "ui/company_screen.h"
+#include "ui/match_panel.h"
 #include "ui/scripted_ui.h"
+
+namespace {
+
+// Every destination holds at most one source, and that source names it back.
+bool PairsAgree(const nv::MatchPanel& panel) {
+  for (const nv::mapIcon& item : panel.items()) {
+    if (item.matched_id == 0) continue;
+    const nv::mapIcon* other = panel.Find(item.matched_id);
+    if (!other || other->kind == item.kind || other->matched_id != item.id) return false;
+  }
+  return true;
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view text(reinterpret_cast<const char*>(data), size);
@@ -38,6 +53,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   nv::ChoiceListRequest list;
   list.message = "Select company type:";
   list.options = {{"New Company", -1}, {"Existing company", 7}};
+  nv::MatchPanel panel("Books", "", "");
+  for (int i = 0; i < 3; ++i) panel.AddDestination(201 + i, "schedule");
+  for (int i = 0; i < 4; ++i) panel.AddSource(101 + i, "book");
+  panel.SetMatch(201, 101);
+  bool every_destination_paired = false;
   // Each round takes at least one answer until the run fails, so this ends.
   while (!ui->failed() && ui->answers_left() > 0) {
     ui->Question("Continue?", nv::DefaultButton::kYes);
@@ -47,6 +67,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ui->ChooseFolder("Folder", "");
     auto meter = ui->OpenProgress("Progress", text.substr(0, 16), 2);
     meter->SetPosition(1);
+    // The "must have matches" loop runs the panel until an answer ends it.
+    every_destination_paired = !every_destination_paired;
+    int result = nv::ExecuteMatchPanel(*ui, panel, every_destination_paired);
+    if (result != nv::kMatchPanelOk && result != nv::kMatchPanelCancel) __builtin_trap();
+    if (result == nv::kMatchPanelOk && every_destination_paired && !panel.AllDestinationsMatched())
+      __builtin_trap();
+    if (!PairsAgree(panel)) __builtin_trap();
+    panel.ResetToPresetMatches();
+    if (panel.Matches() != panel.preset_matches() || !PairsAgree(panel)) __builtin_trap();
     const int action = ui->RunCompanyScreen(screen);
     if (action != nv::kCompanyScreenSave && action != nv::kCompanyScreenCancelled) __builtin_trap();
   }

@@ -1,6 +1,8 @@
 #include "gui/import_mainwin.h"
 
 #include <QPainter>
+#include <QPushButton>
+#include <algorithm>
 
 namespace nv {
 
@@ -26,17 +28,59 @@ NVImportMainwin::NVImportMainwin(long label_code, CommandRunner runner, QWidget*
   });
 }
 
-void NVImportMainwin::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
+namespace {
+
+constexpr int kBannerPixels = 50;
+constexpr int kBannerGap = 3;  // between the banner and the buttons or the version text
+
+QFont BannerFontOfSize(int pixels) {
   QFont font(QStringLiteral("Times New Roman"));
   font.setStyleHint(QFont::Serif);
-  font.setPixelSize(50);
+  font.setPixelSize(pixels);
   font.setWeight(QFont::Bold);  // 700
-  painter.setFont(font);
+  return font;
+}
+
+}  // namespace
+
+QRect NVImportMainwin::BannerBand() const {
+  int top = 0;
+  for (const QPushButton* b : buttons()) {
+    // Close and Help stand at the right, beside the band, not over it.
+    const int id = b->property("commandId").toInt();
+    if (id != kCloseCommand && id != kHelpCommand) top = std::max(top, b->geometry().bottom() + 1);
+  }
+  const QRect version = VersionRect();
+  return QRect(QPoint(kMargin, top + kBannerGap),
+               QPoint(version.left() - 2 * kBannerGap, version.bottom()));
+}
+
+QFont NVImportMainwin::BannerFont() const {
+  const QRect band = BannerBand();
+  // Glyph boxes grow with the size, so the first size from the top that fits is the largest.
+  for (int pixels = kBannerPixels; pixels > 6; --pixels) {
+    const QFont font = BannerFontOfSize(pixels);
+    const QRect letters = QFontMetrics(font).tightBoundingRect(banner_.text);
+    if (letters.width() <= band.width() && letters.height() <= band.height()) return font;
+  }
+  return BannerFontOfSize(6);
+}
+
+QPoint NVImportMainwin::BannerOrigin() const {
+  const QRect band = BannerBand();
+  const QRect letters = QFontMetrics(BannerFont()).tightBoundingRect(banner_.text);
+  return QPoint(band.left() - letters.left(), band.bottom() - letters.bottom());
+}
+
+QRect NVImportMainwin::BannerRect() const {
+  return QFontMetrics(BannerFont()).tightBoundingRect(banner_.text).translated(BannerOrigin());
+}
+
+void NVImportMainwin::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setFont(BannerFont());
   painter.setPen(banner_.color);
-  // Below the button rows, left of the version text; the buttons cover what overlaps.
-  painter.drawText(rect().adjusted(kMargin, 0, 0, 0),
-                   Qt::AlignLeft | Qt::AlignBottom | Qt::TextSingleLine, banner_.text);
+  painter.drawText(BannerOrigin(), banner_.text);
   PaintVersion(painter);
 }
 

@@ -1,5 +1,10 @@
 // The client window of import mode: one button per importer in columns of three, Close
 // and Help at the right, the banner of the calling package's label and the version text.
+//
+// The banner's own size (50-pixel Times New Roman Bold) does not fit the window the
+// program is given: the buttons fill all but the bottom 25 pixels. So the banner stands in
+// the band under the buttons, left of the version text, in the largest size up to 50
+// pixels whose letters fit that band whole.
 #pragma once
 
 #include <QColor>
@@ -29,10 +34,20 @@ class NVImportMainwin : public MainClientWindow {
   QString bannerText() const { return banner_.text; }
   QColor bannerColor() const { return banner_.color; }
 
+  // The band under the buttons and left of the version text that the banner fits into.
+  QRect BannerBand() const;
+  // The banner's font, scaled down from 50 pixels until the letters fit the band.
+  QFont BannerFont() const;
+  // Where the banner's letters stand: at the band's bottom left.
+  QRect BannerRect() const;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  // The baseline origin that puts the letters' box at the band's bottom left.
+  QPoint BannerOrigin() const;
+
   Banner banner_;
 };
 

@@ -57,15 +57,29 @@ void MainClientWindow::RunCommand(int id) {
   if (effects.close_window) window()->close();
 }
 
-void MainClientWindow::PaintVersion(QPainter& painter) {
+QFont MainClientWindow::VersionFont() {
   QFont font(QStringLiteral("Arial"));
   font.setStyleHint(QFont::SansSerif);
   font.setPixelSize(16);
-  painter.setFont(font);
+  return font;
+}
+
+namespace {
+
+constexpr int kVersionFlags = Qt::AlignRight | Qt::AlignBottom | Qt::TextSingleLine;
+
+}  // namespace
+
+QRect MainClientWindow::VersionRect() const {
+  return QFontMetrics(VersionFont())
+      .boundingRect(rect().adjusted(0, 0, -2, -2), kVersionFlags,
+                    QString::fromLatin1(kVersionText));
+}
+
+void MainClientWindow::PaintVersion(QPainter& painter) {
+  painter.setFont(VersionFont());
   painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(rect().adjusted(0, 0, -2, -2),
-                   Qt::AlignRight | Qt::AlignBottom | Qt::TextSingleLine,
-                   QString::fromLatin1(kVersionText));
+  painter.drawText(rect().adjusted(0, 0, -2, -2), kVersionFlags, QString::fromLatin1(kVersionText));
 }
 
 }  // namespace nv

@@ -33,6 +33,11 @@ class MainClientWindow : public QWidget {
   // Runs command `id` as a click on its button does.
   void RunCommand(int id);
 
+  // The version text's font (16-pixel Arial or the nearest sans-serif face) and where its
+  // letters stand: the bottom right of the window, one line.
+  static QFont VersionFont();
+  QRect VersionRect() const;
+
  protected:
   MainClientWindow(CommandRunner runner, QWidget* parent);
 

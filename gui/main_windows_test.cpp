@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QMessageBox>
 #include <QTest>
 
@@ -125,7 +126,38 @@ class MainWindowsTest : public QObject {
     QCOMPARE(client->bannerColor() == gold_colour, gold);
     if (!gold) QVERIFY(client->bannerColor().lightness() < 100);  // neutral and dark
     QVERIFY(QTest::qWaitForWindowExposed(app->frame()));
-    QVERIFY(!app->frame()->grab().isNull());  // paints without trouble
+
+    // The whole banner reads: inside the window, clear of every button and of the
+    // version text, in a size a person reads without effort.
+    const QRect letters = client->BannerRect();
+    QVERIFY(client->rect().contains(letters));
+    for (const QPushButton* b : client->buttons()) QVERIFY(!b->geometry().intersects(letters));
+    QVERIFY(!client->VersionRect().intersects(letters));
+    QVERIFY(client->BannerFont().pixelSize() <= 50);
+    QVERIFY(client->BannerFont().pixelSize() >= 16);
+    // And it is painted there and nowhere else.
+    const QImage image = client->grab().toImage();
+    int inside = 0, outside = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        if (image.pixelColor(x, y) != client->bannerColor()) continue;
+        ++(letters.contains(x, y) ? inside : outside);
+      }
+    }
+    QVERIFY(inside > 50);
+    QCOMPARE(outside, 0);
+  }
+
+  // Writes the import window as a person sees it to gui/screenshots/ in the build tree.
+  void ImportWindowScreenshot() {
+    const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/screenshots");
+    QVERIFY(QDir().mkpath(folder));
+    for (long label_code : {0L, 5L, 2L}) {
+      auto app = MakeApp(ProgramMode::kImport, label_code);
+      QVERIFY(QTest::qWaitForWindowExposed(app->frame()));
+      QVERIFY(app->frame()->grab().save(
+          folder + QStringLiteral("/import_window_label%1.png").arg(label_code)));
+    }
   }
 
   void CloseEndsTheWindow_data() {

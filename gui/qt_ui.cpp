@@ -2,9 +2,12 @@
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "gui/choice_list_dialog.h"
@@ -12,6 +15,7 @@
 #include "gui/display_text.h"
 #include "gui/file_filters.h"
 #include "gui/help_viewer.h"
+#include "gui/match_panel_widget.h"
 #include "gui/progress_window.h"
 #include "gui/text_entry_dialog.h"
 
@@ -108,6 +112,25 @@ void QtUi::ShowNote(std::string_view title, std::string_view text) {
   layout->addWidget(buttons);
   dialog.resize(560, 400);
   dialog.exec();
+}
+
+int QtUi::RunMatchPanel(MatchPanel& panel) {
+  panel.BeginRun();
+  QDialog dialog(owner_);
+  dialog.setWindowTitle(FromWindowsText(panel.caption()));
+  QScreen* screen = owner_ ? owner_->screen() : QGuiApplication::primaryScreen();
+  if (screen) {
+    const QRect area = screen->geometry();
+    panel.SetScreen(
+        {area.width(), area.height(), dialog.style()->pixelMetric(QStyle::PM_TitleBarHeight)});
+  }
+  auto* widget = new MatchPanelWidget(panel, &dialog);
+  QObject::connect(widget->okButton(), &QPushButton::clicked, &dialog, &QDialog::accept);
+  QObject::connect(widget->cancelButton(), &QPushButton::clicked, &dialog, &QDialog::reject);
+  dialog.setFixedSize(widget->size());
+  if (screen) dialog.move(screen->geometry().topLeft() + QPoint(panel.frame().x, panel.frame().y));
+  // Escape and the window's close button count as Cancel.
+  return dialog.exec() == QDialog::Accepted ? kMatchPanelOk : kMatchPanelCancel;
 }
 
 std::unique_ptr<ProgressMeter> QtUi::OpenProgress(std::string_view title, std::string_view text,

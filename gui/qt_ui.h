@@ -1,7 +1,7 @@
 // The Ui port for people: Qt message and question boxes, the choice list, file and
-// folder dialogs, the note window, the progress meter, the help viewer and the company
-// screen. Every window is owned by the main window given at construction (none before it
-// exists).
+// folder dialogs, the note window, the matching panel, the progress meter, the help viewer
+// and the company screen. Every window is owned by the main window given at construction
+// (none before it exists).
 #pragma once
 
 #include <QPointer>
@@ -36,6 +36,8 @@ class QtUi : public Ui {
   std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                               long total) override;
   void ShowHelp(std::string_view topic) override;
+  // The panel is laid out again for the owner's screen before it opens.
+  int RunMatchPanel(MatchPanel& panel) override;
   int RunCompanyScreen(CompanyScreen& screen) override;
 
   // The viewer of the last ShowHelp while it is open.

@@ -17,6 +17,7 @@
 #include "gui/display_text.h"
 #include "gui/file_filters.h"
 #include "gui/help_viewer.h"
+#include "gui/match_panel_widget.h"
 #include "gui/modal_driver_testing.h"
 #include "gui/progress_window.h"
 #include "gui/text_entry_dialog.h"
@@ -253,6 +254,49 @@ class QtUiTest : public QObject {
     ui.ShowNote("Import Report", "12 assets copied.\n\xA7 3 skipped");
     QCOMPARE(text, QString::fromUtf8("12 assets copied.\n\u00a7 3 skipped"));
     QVERIFY(read_only);
+  }
+
+  void MatchPanelDragsAndAsksAgainUntilEveryDestinationIsPaired() {
+    QtUi ui("");
+    MatchPanel panel("FAS to KEL book conversion", "KEL Schedule", "FAS Book");
+    QVERIFY(panel.AddDestination(201, "B Book"));
+    QVERIFY(panel.AddDestination(202, "T Tax"));
+    QVERIFY(panel.AddSource(101, "Internal"));
+    QVERIFY(panel.AddSource(102, "Federal"));
+    auto drag = [&](QWidget* modal, int source, int destination) {
+      auto* widget = modal->findChild<MatchPanelWidget*>();
+      QVERIFY(widget);
+      const mapIcon* s = panel.Find(source);
+      const mapIcon* d = panel.Find(destination);
+      const QPoint from(s->x + 10, s->y + 10), to(d->x + 70, d->y + 10);
+      QTest::mousePress(widget, Qt::LeftButton, {}, from);
+      QTest::mouseMove(widget, to);
+      QTest::mouseRelease(widget, Qt::LeftButton, {}, to);
+    };
+    QString title, error;
+    ModalDriver driver;
+    driver.Then([&](QWidget* modal) {
+      title = modal->windowTitle();
+      drag(modal, 102, 202);
+      ModalDriver::Button(modal, "OK")->click();
+    });
+    driver.Then([&](QWidget* modal) {
+      error = modal->windowTitle() + ": " + qobject_cast<QMessageBox*>(modal)->text();
+      ModalDriver::Button(modal, "OK")->click();
+    });
+    driver.Then([&](QWidget* modal) {
+      drag(modal, 101, 201);
+      ModalDriver::Button(modal, "OK")->click();
+    });
+    QCOMPARE(ExecuteMatchPanel(ui, panel, true), kMatchPanelOk);
+    QCOMPARE(title, QStringLiteral("FAS to KEL book conversion"));
+    QCOMPARE(error, QStringLiteral("Error: All items in the left column must have matches."));
+    QCOMPARE(panel.GetMatch(201), 101);
+    QCOMPARE(panel.GetMatch(202), 102);
+    QVERIFY(driver.done());
+
+    driver.RejectRest();  // closing the window is Cancel
+    QCOMPARE(ui.RunMatchPanel(panel), kMatchPanelCancel);
   }
 
   void ProgressMeterShowsTextAndPosition() {

@@ -8,6 +8,7 @@
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "ui/company_screen.h"
+#include "ui/match_panel.h"
 
 namespace nv {
 
@@ -69,7 +70,7 @@ bool HasControlByte(std::string_view s) {
 struct Directive {
   const char* name;
   Kind kind;
-  enum { kNone, kNumber, kText, kField } argument;
+  enum { kNone, kNumber, kText, kPairs, kField } argument;
 };
 
 // Every directive but `command`, which is not a prompt answer.
@@ -83,6 +84,8 @@ constexpr Directive kDirectives[] = {
     {"file", Kind::kFile, Directive::kText},
     {"folder", Kind::kFolder, Directive::kText},
     {"text", Kind::kText, Directive::kText},
+    {"match", Kind::kMatch, Directive::kPairs},
+    {"ok", Kind::kOk, Directive::kNone},
     {"field", Kind::kField, Directive::kField},
     {"save", Kind::kSave, Directive::kNone},
 };
@@ -92,6 +95,35 @@ const char* DirectiveName(Kind kind) {
     if (d.kind == kind) return d.name;
   }
   return "?";
+}
+
+// "DEST=SRC DEST=SRC ...": item ids of a matching panel, blank- or tab-separated.
+using MatchPairs = std::vector<std::pair<int, int>>;
+
+std::optional<MatchPairs> ParsePairs(std::string_view text) {
+  MatchPairs pairs;
+  while (!text.empty()) {
+    size_t end = text.find_first_of(" \t");
+    std::string_view pair = text.substr(0, end);
+    text = end == std::string_view::npos ? "" : Trim(text.substr(end));
+    size_t equals = pair.find('=');
+    if (equals == std::string_view::npos) return std::nullopt;
+    std::optional<int> destination = ParseSmallNumber(pair.substr(0, equals));
+    std::optional<int> source = ParseSmallNumber(pair.substr(equals + 1));
+    if (!destination || !source) return std::nullopt;
+    pairs.emplace_back(*destination, *source);
+  }
+  if (pairs.empty()) return std::nullopt;
+  return pairs;
+}
+
+std::string FormatPairs(const MatchPairs& pairs, const char* separator) {
+  std::string out;
+  for (const auto& [destination, source] : pairs) {
+    if (!out.empty()) out += separator;
+    out += StrPrintf("%d=%d", destination, source);
+  }
+  return out;
 }
 
 // Parses one non-blank, non-comment line into *script; returns the error, or "" when fine.
@@ -127,6 +159,14 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         if (argument.empty()) return StrPrintf("'%s' needs a text after it", d.name);
         answer.text = std::string(argument);
         break;
+      case Directive::kPairs: {
+        auto pairs = ParsePairs(argument);
+        if (!pairs)
+          return StrPrintf("'%s' needs pairs of item ids DEST=SRC, e.g. 'match 201=101 202=0'",
+                           d.name);
+        answer.text = FormatPairs(*pairs, " ");
+        break;
+      }
       case Directive::kField: {
         const size_t blank = argument.find_first_of(" \t");
         answer.field = std::string(argument.substr(0, blank));
@@ -168,6 +208,39 @@ std::string DescribeAnswer(const ScriptAnswer& a) {
   if (a.kind == Kind::kField) shown += " " + a.field;
   if (!a.text.empty()) shown += " " + a.text;
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
+}
+
+// The items of one column of a matching panel: [201 "Cost", 202 "Life"].
+std::string FormatItems(const MatchPanel& panel, mapIcon::Kind kind) {
+  std::string out = "[";
+  for (const mapIcon& item : panel.items()) {
+    if (item.kind != kind) continue;
+    if (out.size() > 1) out += ", ";
+    out += StrPrintf("%d ", item.id) + QuoteTranscriptText(item.text);
+  }
+  return out + "]";
+}
+
+// Carries out the pairs of one `match` answer; returns the error, or "" when all fitted.
+std::string ApplyMatchAnswer(const ScriptAnswer& answer, MatchPanel& panel) {
+  auto wrong = [&](int id, const char* wanted) {
+    const mapIcon* item = panel.Find(id);
+    if (!item) return DescribeAnswer(answer) + StrPrintf(" names no item %d of the panel", id);
+    return DescribeAnswer(answer) +
+           StrPrintf(" names %d as a %s item, but it is a %s item", id, wanted,
+                     item->kind == mapIcon::Kind::kSource ? "source" : "destination");
+  };
+  // The parser wrote the text, so it holds pairs.
+  for (const auto& [destination, source] : ParsePairs(answer.text).value_or(MatchPairs{})) {
+    const mapIcon* d = panel.Find(destination);
+    if (!d || d->kind != mapIcon::Kind::kDestination) return wrong(destination, "destination");
+    if (source == 0) {
+      panel.ClearMatch(destination);
+    } else if (!panel.SetMatch(destination, source)) {
+      return wrong(source, "source");
+    }
+  }
+  return "";
 }
 
 class ScriptedProgress : public ProgressMeter {
@@ -441,6 +514,34 @@ std::unique_ptr<ProgressMeter> ScriptedUi::OpenProgress(std::string_view title,
 
 void ScriptedUi::ShowHelp(std::string_view topic) {
   log_->Write("help topic=" + QuoteTranscriptText(topic));
+}
+
+int ScriptedUi::RunMatchPanel(MatchPanel& panel) {
+  panel.BeginRun();
+  std::string line = "match-panel caption=" + QuoteTranscriptText(panel.caption()) +
+                     " destination-heading=" + QuoteTranscriptText(panel.destination_heading()) +
+                     " source-heading=" + QuoteTranscriptText(panel.source_heading()) +
+                     " destinations=" + FormatItems(panel, mapIcon::Kind::kDestination) +
+                     " sources=" + FormatItems(panel, mapIcon::Kind::kSource) + " preset=[" +
+                     FormatPairs(panel.Matches(), ", ") + "] -> ";
+  std::string error;
+  int result = kMatchPanelCancel;
+  // Every `match` answer takes one more turn, so the answers bound the loop.
+  for (;;) {
+    const ScriptAnswer* a = TakeAnswer(
+        "a matching panel", {Kind::kMatch, Kind::kOk, Kind::kCancel, Kind::kClose}, &error);
+    if (!a) break;
+    if (a->kind != Kind::kMatch) {
+      if (a->kind == Kind::kOk) result = kMatchPanelOk;
+      break;
+    }
+    line += "match " + a->text + ", ";
+    error = ApplyMatchAnswer(*a, panel);
+    if (!error.empty()) break;
+  }
+  line += result == kMatchPanelOk ? "ok" : "cancel";
+  WritePrompt(line + " pairs=[" + FormatPairs(panel.Matches(), ", ") + "]", error);
+  return result;
 }
 
 std::string ScriptedUi::PeekScreenAnswers() const {

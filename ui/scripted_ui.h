@@ -7,14 +7,21 @@
 //   # a comment (only at the start of a line)
 //   yes                      question box: Yes
 //   no                       question box: No
-//   cancel                   question box: Cancel; file or folder dialog: Cancel
+//   cancel                   question box: Cancel; file or folder dialog: Cancel;
+//                            matching panel: Cancel
 //   choose N                 choice list: the option at 0-based position N
 //   choose-text TEXT         choice list: the first option whose text is exactly TEXT
 //   close                    closes any prompt that wants an answer without one
-//                            (question: Cancel, choice list: -1, dialogs: nothing)
+//                            (question: Cancel, choice list: -1, dialogs: nothing,
+//                            matching panel: Cancel, company screen: -11)
 //   file PATH                file dialog: PATH
 //   folder PATH              folder dialog: PATH
 //   text TEXT                text entry: TEXT, as typed (the field's rules are not applied)
+//   match DEST=SRC ...       matching panel: pairs destination item DEST with source item
+//                            SRC, by their ids (SRC 0 unpairs DEST), in the order written;
+//                            one or more pairs a line, any number of lines, then the line
+//                            that ends the panel:
+//   ok                       matching panel: OK
 //   field NAME VALUE         company screen: sets field NAME (a script name of
 //                            ui/company_screen.h) to VALUE, the rest of the line (may be
 //                            empty), and runs the field's rule as leaving it would
@@ -24,7 +31,8 @@
 // Lines are trimmed of blanks, tabs and a carriage return; blank lines are skipped.
 // Directive names ignore case; TEXT and PATH are the rest of the line, taken as they
 // stand (no quoting, no escapes). Prompt answers are used one per prompt, in order,
-// for the whole run. `command` lines form a separate list, in their own order; where
+// for the whole run (a matching panel takes its `match` lines and the `ok`, `cancel` or
+// `close` after them). `command` lines form a separate list, in their own order; where
 // they stand among the answers does not matter. Information boxes, notes, help and
 // progress meters take no answer.
 //
@@ -36,9 +44,10 @@
 // follow. An unknown field NAME is an error of the script.
 //
 // When no answer is left, or the next answer does not fit the prompt (`file` at a
-// question box, a position past the end of the list, a text that names no option),
-// the prompt is answered as if the user had closed its window, an "error:" line is
-// written and the run counts as failed. From then on every prompt is answered as
+// question box, a position past the end of the list, a text that names no option, a
+// `match` pair whose DEST is no destination item of the panel or whose SRC is no source
+// item), the prompt is answered as if the user had closed its window, an "error:" line
+// is written and the run counts as failed. From then on every prompt is answered as
 // closed without taking an answer: a script that has lost step must not go on saying
 // "yes" to questions it was not written for.
 //
@@ -62,6 +71,10 @@
 //   note title="..." text="..."
 //   progress title="..." text="..." total=250 position=250 last-text="..."
 //   help topic="nvsy6dis.html"
+//   match-panel caption="FAS to KEL book conversion" destination-heading="KEL Schedule"
+//       source-heading="FAS Book" destinations=[201 "B Book", 202 "T Tax"]
+//       sources=[101 "Internal", 102 "Federal"] preset=[201=101] -> match 202=102, ok
+//       pairs=[201=101, 202=102]
 //   company-screen number="ACME" name="Acme Tools" ein="" last_closed="12/31/2024" ...
 //       -> field name "Acme Co", field sort_order "LC", save
 //   error: line 4 ("file /x") does not answer a question box
@@ -72,7 +85,10 @@
 // one that ends it (the questions they raise follow as lines of their own).
 // An option with a value of its own shows it after the text ("Replace"=2). A progress
 // line is written when its meter closes; last-text appears only when the text was
-// changed while it ran. Callers may add their own lines (Note) and errors (Fail).
+// changed while it ran. A matching panel line lists its items (id and text) in the order
+// added, the pairs it opens with (the pre-set matches the first time it runs), the answers
+// it took, how it ended and the pairs it holds then, by destination. Callers may add their
+// own lines (Note) and errors (Fail).
 #pragma once
 
 #include <initializer_list>
@@ -101,12 +117,15 @@ struct ScriptAnswer {
     kFile,
     kFolder,
     kText,
+    kMatch,
+    kOk,
     kField,
     kSave
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
-  // kChooseText: option text; kFile, kFolder: path; kText: the text; kField: the value
+  // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
+  // "DEST=SRC DEST=SRC", one blank between them; kField: the value.
   std::string text;
   int line = 0;       // 1-based line in the script, for messages
   std::string field;  // kField: the field's script name
@@ -171,6 +190,7 @@ class ScriptedUi : public Ui {
   std::unique_ptr<ProgressMeter> OpenProgress(std::string_view title, std::string_view text,
                                               long total) override;
   void ShowHelp(std::string_view topic) override;
+  int RunMatchPanel(MatchPanel& panel) override;
   // Runs the company screen on the script's `field` and `save` lines; the action code.
   int RunCompanyScreen(CompanyScreen& screen) override;
 

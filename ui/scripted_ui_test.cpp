@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ui/match_panel.h"
+
 namespace nv {
 namespace {
 
@@ -85,6 +87,25 @@ TEST(ParseAnswerScript, ReportsEveryBadLineWithItsNumber) {
             "line 7: 'command' needs a command number, e.g. 'command 102'\n"
             "line 8: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
             "line 9: control character in the line\n");
+}
+
+TEST(ParseAnswerScript, MatchLinesHoldPairsOfIds) {
+  std::vector<ScriptError> errors;
+  std::optional<AnswerScript> script =
+      ParseAnswerScript("MATCH 201=101\t202=0   203=104\nok\n", &errors);
+  ASSERT_TRUE(script);
+  ASSERT_EQ(script->answers.size(), 2u);
+  EXPECT_EQ(script->answers[0].text, "201=101 202=0 203=104");
+
+  const std::string needs_pairs =
+      ": 'match' needs pairs of item ids DEST=SRC, e.g. 'match 201=101 202=0'\n";
+  EXPECT_EQ(ParseErrors("match\n"
+                        "match 201=\n"
+                        "match 201=101 x\n"
+                        "match 201=-1\n"
+                        "ok go\n"),
+            "line 1" + needs_pairs + "line 2" + needs_pairs + "line 3" + needs_pairs + "line 4" +
+                needs_pairs + "line 5: 'ok' takes nothing after it\n");
 }
 
 TEST(ParseAnswerScript, StopsCollectingAfterTheLimit) {
@@ -318,6 +339,67 @@ TEST(ScriptedUi, SinkGetsEveryLineAsItIsWritten) {
   EXPECT_EQ(sink.str().substr(sink.str().rfind("error")),
             "error: command 77 is not a button of this window\n");
   EXPECT_EQ(ui->transcript().substr(0, ui->transcript().find('\n')), "command 102 \"Best PC/FAS\"");
+}
+
+MatchPanel BookPanel() {
+  MatchPanel panel("FAS to KEL book conversion", "KEL Schedule", "FAS \"Book\"");
+  EXPECT_TRUE(panel.AddDestination(201, "B Book"));
+  EXPECT_TRUE(panel.AddDestination(202, "T Tax"));
+  EXPECT_TRUE(panel.AddDestination(203, "S State"));
+  EXPECT_TRUE(panel.AddSource(101, "Internal"));
+  EXPECT_TRUE(panel.AddSource(102, "Federal"));
+  EXPECT_TRUE(panel.AddSource(103, "State\n2"));
+  EXPECT_TRUE(panel.SetMatch(201, 101));
+  return panel;
+}
+
+TEST(ScriptedUi, MatchPanelPairsByIdAndWritesOneLine) {
+  MatchPanel panel = BookPanel();
+  auto ui = Script("match 202=101 201=0\nmatch 203=103 202=102\nok\n");
+  EXPECT_EQ(ui->RunMatchPanel(panel), kMatchPanelOk);
+  EXPECT_FALSE(ui->failed());
+  EXPECT_EQ(panel.GetMatch(201), 0);
+  EXPECT_EQ(panel.GetMatch(202), 102);  // the later pair replaced 101
+  EXPECT_EQ(panel.GetMatch(203), 103);
+  EXPECT_EQ(ui->transcript(),
+            "match-panel caption=\"FAS to KEL book conversion\" destination-heading=\"KEL "
+            "Schedule\" source-heading=\"FAS \\\"Book\\\"\" destinations=[201 \"B Book\", 202 "
+            "\"T Tax\", 203 \"S State\"] sources=[101 \"Internal\", 102 \"Federal\", 103 "
+            "\"State\\n2\"] preset=[201=101] -> match 202=101 201=0, match 203=103 202=102, ok "
+            "pairs=[202=102, 203=103]\n");
+}
+
+TEST(ScriptedUi, MatchPairsNamingNoFittingItemFailTheRun) {
+  struct Case {
+    const char* line;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"match 209=101", "names no item 209 of the panel"},
+      {"match 101=102", "names 101 as a destination item, but it is a source item"},
+      {"match 202=203", "names 203 as a source item, but it is a destination item"},
+  };
+  for (const Case& c : cases) {
+    MatchPanel panel = BookPanel();
+    auto ui = Script(std::string(c.line) + "\nok\nyes\n");
+    EXPECT_EQ(ui->RunMatchPanel(panel), kMatchPanelCancel) << c.line;
+    EXPECT_TRUE(ui->failed()) << c.line;
+    const std::string error =
+        "error: line 1 (" + QuoteTranscriptText(c.line) + ") " + c.error + "\n";
+    EXPECT_NE(ui->transcript().find(error), std::string::npos) << ui->transcript();
+    // The script has lost step: the "yes" after it answers nothing.
+    EXPECT_EQ(ui->Question("Go?", DefaultButton::kYes), Answer::kCancel);
+  }
+
+  // The panel takes no other answers.
+  MatchPanel panel = BookPanel();
+  auto yes_at_panel = Script("match 202=102\nyes\n");
+  EXPECT_EQ(yes_at_panel->RunMatchPanel(panel), kMatchPanelCancel);
+  EXPECT_NE(
+      yes_at_panel->transcript().find("-> match 202=102, cancel pairs=[201=101, 202=102]\n"
+                                      "error: line 2 (\"yes\") does not answer a matching panel\n"),
+      std::string::npos)
+      << yes_at_panel->transcript();
 }
 
 }  // namespace
