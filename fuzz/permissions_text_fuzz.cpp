@@ -40,7 +40,7 @@ void CheckLookup(std::string_view text, std::string_view user) {
 
 void DriveDialog(std::string_view text, std::string_view user) {
   nv::ScriptedUi ui(
-      nv::AnswerScript{{nv::ScriptAnswer{nv::ScriptAnswer::Kind::kYes, 0, "", 1, ""}}, {}});
+      nv::AnswerScript{{nv::ScriptAnswer{nv::ScriptAnswer::Kind::kYes, 0, "", 1}}, {}});
   nv::PermissionsDialogModel model(text, user);
   const size_t count = model.entries().size();
   Check(model.ListTexts().size() == count);

@@ -169,15 +169,16 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
       }
       case Directive::kField: {
         const size_t blank = argument.find_first_of(" \t");
-        answer.field = std::string(argument.substr(0, blank));
-        if (answer.field.empty())
+        const std::string field(argument.substr(0, blank));
+        if (field.empty())
           return "'field' needs a field name and a value, e.g. 'field name Acme Tools'";
-        if (!CompanyScreen::IsFieldName(answer.field)) {
-          const std::string shown = answer.field.substr(0, 40);
+        if (!CompanyScreen::IsFieldName(field)) {
+          const std::string shown = field.substr(0, 40);
           return StrPrintf("unknown company screen field '%s'", shown.c_str());
         }
-        if (blank != std::string_view::npos)
-          answer.text = std::string(Trim(argument.substr(blank)));
+        const std::string_view value =
+            blank == std::string_view::npos ? std::string_view() : Trim(argument.substr(blank));
+        answer.text = field + " " + std::string(value);
         break;
       }
     }
@@ -205,7 +206,6 @@ std::string Cut(std::string_view text, size_t max) {
 std::string DescribeAnswer(const ScriptAnswer& a) {
   std::string shown = DirectiveName(a.kind);
   if (a.kind == Kind::kChoose) shown += StrPrintf(" %d", a.position);
-  if (a.kind == Kind::kField) shown += " " + a.field;
   if (!a.text.empty()) shown += " " + a.text;
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
 }
@@ -544,6 +544,17 @@ int ScriptedUi::RunMatchPanel(MatchPanel& panel) {
   return result;
 }
 
+namespace {
+
+// A `field` answer's field name and value.
+std::pair<std::string, std::string> FieldAnswer(const ScriptAnswer& a) {
+  const size_t blank = a.text.find(' ');
+  if (blank == std::string::npos) return {a.text, std::string()};
+  return {a.text.substr(0, blank), a.text.substr(blank + 1)};
+}
+
+}  // namespace
+
 std::string ScriptedUi::PeekScreenAnswers() const {
   if (log_->failed || next_answer_ >= answers_.size()) return "close";
   std::string shown;
@@ -555,7 +566,10 @@ std::string ScriptedUi::PeekScreenAnswers() const {
     if (ends && a.kind != Kind::kSave && a.kind != Kind::kCancel && a.kind != Kind::kClose) break;
     if (!shown.empty()) shown += ", ";
     shown += DirectiveName(a.kind);
-    if (a.kind == Kind::kField) shown += " " + a.field + " " + QuoteTranscriptText(a.text);
+    if (a.kind == Kind::kField) {
+      const auto [field, value] = FieldAnswer(a);
+      shown += " " + field + " " + QuoteTranscriptText(value);
+    }
     if (ends) break;
   }
   return shown.empty() ? "close" : shown;
@@ -578,7 +592,8 @@ int ScriptedUi::RunCompanyScreen(CompanyScreen& screen) {
       }
       if (a->kind == Kind::kField) {
         // A refused value has been told through this Ui; the script goes on.
-        static_cast<void>(screen.SetField(a->field, a->text));
+        const auto [field, value] = FieldAnswer(*a);
+        static_cast<void>(screen.SetField(field, value));
         continue;
       }
       if (a->kind != Kind::kSave) return screen.Cancel();

@@ -125,10 +125,10 @@ struct ScriptAnswer {
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
   // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
-  // "DEST=SRC DEST=SRC", one blank between them; kField: the value.
+  // "DEST=SRC DEST=SRC", one blank between them; kField: the field's name, one blank and
+  // the value.
   std::string text;
-  int line = 0;       // 1-based line in the script, for messages
-  std::string field;  // kField: the field's script name
+  int line = 0;  // 1-based line in the script, for messages
 };
 
 struct AnswerScript {
