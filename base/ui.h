@@ -113,6 +113,14 @@ class Ui {
   // read from the panel afterwards.
   [[nodiscard]] virtual int RunMatchPanel(MatchPanel& panel) = 0;
 
+  // Information box whose text stays exactly as given, with a longer report behind it
+  // that the person can open ("Details..."). Without a way to show it, only the box.
+  virtual void MessageWithDetails(std::string_view text, std::string_view title,
+                                  std::string_view details) {
+    static_cast<void>(details);
+    Message(text, title);
+  }
+
   // Opens a help topic (an HTML file name such as "nvsy6dis.html") from the help folder.
   virtual void ShowHelp(std::string_view topic) = 0;
 

@@ -49,6 +49,21 @@ void QtUi::Message(std::string_view text, std::string_view title) {
   box.exec();
 }
 
+void QtUi::MessageWithDetails(std::string_view text, std::string_view title,
+                              std::string_view details) {
+  QMessageBox box(owner_);
+  box.setWindowTitle(FromWindowsText(title));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(Cut(text, kMaxMessageLength));
+  box.setIcon(QMessageBox::Information);
+  QPushButton* ok = box.addButton(QMessageBox::Ok);
+  QPushButton* more = box.addButton(QStringLiteral("Details\u2026"), QMessageBox::ActionRole);
+  box.setDefaultButton(ok);
+  box.setEscapeButton(ok);
+  // The box stays until OK: the details open over it as often as asked for.
+  while (box.exec(), box.clickedButton() == more) ShowNote(title, details);
+}
+
 Answer QtUi::Question(std::string_view text, DefaultButton default_button) {
   QMessageBox box(owner_);
   box.setWindowTitle(QStringLiteral("Question"));

@@ -26,6 +26,8 @@ class QtUi : public Ui {
   QWidget* owner() const { return owner_; }
 
   void Message(std::string_view text, std::string_view title = "Message") override;
+  void MessageWithDetails(std::string_view text, std::string_view title,
+                          std::string_view details) override;
   Answer Question(std::string_view text, DefaultButton default_button) override;
   int ChoiceList(const ChoiceListRequest& request) override;
   std::optional<std::string> ChooseFile(const FileDialogRequest& request) override;

@@ -73,6 +73,30 @@ class QtUiTest : public QObject {
     QCOMPARE(buttons, QStringLiteral("OK"));
   }
 
+  // The box keeps its text; the report opens behind "Details…" and the box stays until OK.
+  void MessageWithDetailsOpensTheReportBehindTheBox() {
+    QtUi ui("");
+    QString text, report;
+    ModalDriver driver;
+    driver.Then([&](QWidget* modal) {
+      auto* box = qobject_cast<QMessageBox*>(modal);
+      QVERIFY(box);
+      text = box->text();
+      ModalDriver::Button(modal, QStringLiteral("Details\u2026"))->click();
+    });
+    driver.Then([&](QWidget* modal) {
+      auto* view = modal->findChild<QPlainTextEdit*>();
+      QVERIFY(view);
+      report = view->toPlainText();
+      qobject_cast<QDialog*>(modal)->accept();
+    });
+    driver.Then(ModalDriver::Click(QStringLiteral("OK")));
+    ui.MessageWithDetails("2 assets copied.", "Done", "Import report\nAssets added: 2\n");
+    QCOMPARE(text, QStringLiteral("2 assets copied."));
+    QCOMPARE(report, QStringLiteral("Import report\nAssets added: 2\n"));
+    QVERIFY(driver.done());
+  }
+
   void QuestionAnswers_data() {
     QTest::addColumn<DefaultButton>("default_button");
     QTest::addColumn<QString>("click");

@@ -403,6 +403,12 @@ const ScriptAnswer* ScriptedUi::TakeAnswer(std::string_view prompt,
   return &answer;
 }
 
+void ScriptedUi::PushAnswers(std::vector<ScriptAnswer> answers) {
+  answers_.insert(answers_.begin() + static_cast<std::ptrdiff_t>(next_answer_),
+                  std::make_move_iterator(answers.begin()),
+                  std::make_move_iterator(answers.end()));
+}
+
 void ScriptedUi::WritePrompt(const std::string& line, const std::string& error) {
   log_->Write(line);
   if (!error.empty()) Fail(error);
@@ -411,6 +417,13 @@ void ScriptedUi::WritePrompt(const std::string& line, const std::string& error) 
 void ScriptedUi::Message(std::string_view text, std::string_view title) {
   log_->Write("message title=" + QuoteTranscriptText(title) +
               " text=" + QuoteTranscriptText(Cut(text, kMaxMessageLength)));
+}
+
+void ScriptedUi::MessageWithDetails(std::string_view text, std::string_view title,
+                                    std::string_view details) {
+  log_->Write("message title=" + QuoteTranscriptText(title) +
+              " text=" + QuoteTranscriptText(Cut(text, kMaxMessageLength)) +
+              " details=" + QuoteTranscriptText(details));
 }
 
 Answer ScriptedUi::Question(std::string_view text, DefaultButton default_button) {

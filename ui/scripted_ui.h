@@ -59,6 +59,7 @@
 //
 // clang-format off
 //   message title="Error" text="Unable to read Master File"
+//   message title="Done" text="2 assets copied." details="Import report\n..."
 //   question title="Question" text="Continue?" buttons=["&Yes", "&No", "Cancel"]
 //       default="&Yes" -> yes
 //   choice title="" text="Select company type:" note="" options=["New Company",
@@ -180,6 +181,8 @@ class ScriptedUi : public Ui {
   void Fail(std::string_view reason);
 
   void Message(std::string_view text, std::string_view title = "Message") override;
+  void MessageWithDetails(std::string_view text, std::string_view title,
+                          std::string_view details) override;
   Answer Question(std::string_view text, DefaultButton default_button) override;
   int ChoiceList(const ChoiceListRequest& request) override;
   std::optional<std::string> ChooseFile(const FileDialogRequest& request) override;
@@ -197,6 +200,11 @@ class ScriptedUi : public Ui {
   // Transcript state; shared with open progress meters so that a meter never points at
   // a destroyed Ui.
   struct Log;
+
+ protected:
+  // Puts answers in front of the script's remaining ones: the next prompts take them
+  // first. For a Ui that decides its answers as the prompts come (nvtool import).
+  void PushAnswers(std::vector<ScriptAnswer> answers);
 
  private:
   // The next answer if it fits a prompt of kind `prompt`; otherwise nullptr, with the
