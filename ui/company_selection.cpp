@@ -9,9 +9,14 @@
 namespace nv {
 
 std::optional<std::string> AskNewCompanyNumber(Ui& ui) {
+  return AskNewCompanyNumber(ui, "Company Number:", "");
+}
+
+std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial) {
   TextEntryRequest request;
   request.title = "Enter New Company Number";
-  request.prompt = "Company Number:";
+  request.prompt = std::move(prompt);
+  request.initial = std::move(initial);
   request.allowed = kCompanyNumberCharacters;
   request.upper_case = true;
   request.max_length = kCompanyNumberLength;

@@ -56,6 +56,8 @@ CompanySelectionResult SelectCompany(const InstallationContext& context, Ui& ui,
 // Asks for a new company number ("Enter New Company Number", "Company Number:") until the
 // user gives a valid one or cancels. Upper case, trimmed.
 std::optional<std::string> AskNewCompanyNumber(Ui& ui);
+// The same with the entry's prompt and the number it opens with.
+std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial);
 
 // Takes the in-use lock of a company; tells the user who holds it when it is taken.
 bool TakeCompanyLock(const InstallationContext& context, std::string_view number,

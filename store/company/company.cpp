@@ -148,12 +148,7 @@ int NvCompany::CreateUnder(CompanyInUseLock* lock, const NvMasterRec& entry, int
   if (int rc = TakeWriteLock(lock); rc != kOk) return rc;
   open_flags_ = flags & ~kReadOnly;
   old_layout_ = false;
-  record_.schedule_letters.clear();
-  for (const ScheduleEntry& schedule : record_.schedules) {
-    if (schedule.letter != ' ' && schedule.letter != '\0') {
-      record_.schedule_letters += schedule.letter;
-    }
-  }
+  record_.schedule_letters = ScheduleLettersOf(record_.schedules);
   if (!blocks_.Create(FilePath("A"), kBlockLength, NvRecFile::kCurrentLayout)) {
     LetGoOfWriteLock();
     return kBlockFileMissing;

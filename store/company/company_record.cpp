@@ -343,6 +343,21 @@ void CorrectYearEnd(NvCompanyRecord* record) {
   }
 }
 
+std::string ScheduleLettersOf(const std::vector<ScheduleEntry>& schedules) {
+  std::string letters;
+  for (const ScheduleEntry& schedule : schedules) {
+    if (schedule.letter != ' ' && schedule.letter != '\0') letters += schedule.letter;
+  }
+  return letters;
+}
+
+void InitializeDerivedValues(NvCompanyRecord* record) {
+  record->schedule_letters = ScheduleLettersOf(record->schedules);
+  CorrectYearEnd(record);
+  record->months_in_year = MonthsInCurrentYear(record->last_closed, record->current_year_end);
+  record->asset_no_format = record->asset_no_format.Normalized();
+}
+
 AssetRecordFormat AssetRecordFormatOf(const NvCompanyRecord& company) {
   return AssetRecordFormat{company.asset_no_format, company.round_dollars, company.schedule_letters,
                            company.sort_order};

@@ -156,6 +156,14 @@ std::string SerializeOldCompanyRecord(const NvCompanyRecord& record,
 // to Last Closed plus one year. An empty or invalid Last Closed leaves it as it is.
 void CorrectYearEnd(NvCompanyRecord* record);
 
+// The letters of the schedule table's entries, in table order.
+std::string ScheduleLettersOf(const std::vector<ScheduleEntry>& schedules);
+
+// The values a new record derives from what was filled in: the letter string from the
+// schedule table, the year end corrected against Last Closed, the months of the current
+// year, the asset-number format within its limits.
+void InitializeDerivedValues(NvCompanyRecord* record);
+
 // The form of the company's asset records.
 AssetRecordFormat AssetRecordFormatOf(const NvCompanyRecord& company);
 
