@@ -1,47 +1,47 @@
 #include "import/importers.h"
 
-#include <string>
+#include <algorithm>
 
 namespace nv {
 namespace {
 
-// A converter missing from this build must say so plainly rather than do nothing.
-void ReportNotAvailable(Ui& ui, std::string_view source) {
-  ui.Message(ImportNotAvailableText(source), "Note");
-}
+constexpr ImporterEntry kImporters[] = {
+    {102, "pcfas", "Best PC/FAS", nullptr},
+    {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
+    {104, "faswin", "Best FAS for Windows", nullptr},
+    {105, "aicpa", "AICPA Depreciation", nullptr},
+    {106, "text", "the NORVANE text format", nullptr},
+    {107, "bna", "BNA Next Dimension", nullptr},
+    {108, "mba", "MBA Software", nullptr},
+};
 
 }  // namespace
+
+std::span<const ImporterEntry> ImporterEntries() { return kImporters; }
+
+const ImporterEntry* FindImporterByKind(std::string_view kind) {
+  auto it = std::find_if(std::begin(kImporters), std::end(kImporters),
+                         [kind](const ImporterEntry& e) { return e.kind == kind; });
+  return it == std::end(kImporters) ? nullptr : &*it;
+}
+
+const ImporterEntry* FindImporterByCommand(int command) {
+  auto it = std::find_if(std::begin(kImporters), std::end(kImporters),
+                         [command](const ImporterEntry& e) { return e.command == command; });
+  return it == std::end(kImporters) ? nullptr : &*it;
+}
 
 std::string ImportNotAvailableText(std::string_view source) {
   return "Importing from " + std::string(source) + " is not available in this build.";
 }
 
-void ImportPcFas(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "Best PC/FAS");
-}
-
-void ImportFas1000(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "Best FAS1000 or FAS2000");
-}
-
-void ImportFasWindows(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "Best FAS for Windows");
-}
-
-void ImportAicpa(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "AICPA Depreciation");
-}
-
-void ImportBnaNextDimension(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "BNA Next Dimension");
-}
-
-void ImportTextFormat(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "the NORVANE text format");
-}
-
-void ImportMba(const InstallationContext&, Ui& ui) {
-  ReportNotAvailable(ui, "MBA Software");
+void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui) {
+  if (entry.make == nullptr) {
+    ui.Message(ImportNotAvailableText(entry.product), "Note");
+    return;
+  }
+  std::unique_ptr<Importer> importer = entry.make();
+  static_cast<void>(RunImport(ctx, ui, *importer));
 }
 
 }  // namespace nv

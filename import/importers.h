@@ -1,22 +1,33 @@
-// Entry points of the importers, one per source product, as the import window's buttons
-// call them. Each runs its whole import to completion, telling the user through ui.
+// The importers of this build, one per source product: the import window's buttons and
+// nvtool import find them here by command id or by kind.
 #pragma once
 
+#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "base/installation_context.h"
 #include "base/ui.h"
+#include "import/frame/import_frame.h"
 
 namespace nv {
 
-void ImportPcFas(const InstallationContext& ctx, Ui& ui);             // "Best PC/FAS"
-void ImportFas1000(const InstallationContext& ctx, Ui& ui);           // "Best FAS1000 or FAS2000"
-void ImportFasWindows(const InstallationContext& ctx, Ui& ui);        // "Best FAS for Windows"
-void ImportAicpa(const InstallationContext& ctx, Ui& ui);             // "AICPA Depreciation"
-void ImportBnaNextDimension(const InstallationContext& ctx, Ui& ui);  // "BNA Next Dimension"
-void ImportTextFormat(const InstallationContext& ctx, Ui& ui);        // "NORVANE Text Format"
-void ImportMba(const InstallationContext& ctx, Ui& ui);               // "MBA Software"
+struct ImporterEntry {
+  int command;               // the import window's command id
+  std::string_view kind;     // nvtool import KIND
+  std::string_view product;  // the source product as notes name it
+  // A new importer of this kind; nullptr when its converter is not part of this build.
+  std::unique_ptr<Importer> (*make)();
+};
+
+std::span<const ImporterEntry> ImporterEntries();
+const ImporterEntry* FindImporterByKind(std::string_view kind);
+const ImporterEntry* FindImporterByCommand(int command);
+
+// Runs one import from the import window: the whole frame, or the note that the
+// importer is not part of this build.
+void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui);
 
 // The note an import whose converter is not part of this build shows in its place.
 std::string ImportNotAvailableText(std::string_view source);

@@ -21,28 +21,6 @@ constexpr MainCommand kExportCommands[] = {
     {kHelpCommand, "Help"},
 };
 
-using Importer = void (*)(const InstallationContext&, Ui&);
-
-Importer FindImporter(int id) {
-  switch (id) {
-    case 102:
-      return ImportPcFas;
-    case 103:
-      return ImportFas1000;
-    case 104:
-      return ImportFasWindows;
-    case 105:
-      return ImportAicpa;
-    case 106:
-      return ImportTextFormat;
-    case 107:
-      return ImportBnaNextDimension;
-    case 108:
-      return ImportMba;
-  }
-  return nullptr;
-}
-
 // Greys the export buttons, runs one export, and closes the window after it.
 CommandEffects RunOneExport(void (*exporter)(const InstallationContext&, Ui&),
                             const InstallationContext& ctx, Ui& ui,
@@ -78,8 +56,8 @@ CommandEffects RunImportCommand(int id, const InstallationContext& ctx, Ui& ui) 
   if (id == kCloseCommand) return {.close_window = true};
   if (id == kHelpCommand) {
     ui.ShowHelp(ImportHelpTopic());
-  } else if (Importer importer = FindImporter(id)) {
-    importer(ctx, ui);
+  } else if (const ImporterEntry* importer = FindImporterByCommand(id)) {
+    RunImporterCommand(*importer, ctx, ui);
   }
   return {};
 }
