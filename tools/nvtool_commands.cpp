@@ -24,7 +24,9 @@
 #include "store/company/master_file.h"
 #include "store/file/status.h"
 #include "tools/company_json.h"
+#include "tools/import_command.h"
 #include "tools/json_writer.h"
+#include "tools/nvtool_context.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {
@@ -36,30 +38,15 @@ constexpr char kUsage[] =
     "  version                          print the program version\n"
     "  check FOLDER NUMBER              verify a company; exit 0 only without problems\n"
     "  dump FOLDER NUMBER [--json]      the company record and every asset\n"
-    "  load FOLDER NUMBER FILE.json     add the document's assets (creating the company)\n";
+    "  load FOLDER NUMBER FILE.json     add the document's assets (creating the company)\n"
+    "  import KIND SOURCE FOLDER NUMBER [--existing select|erase|add|abort]\n"
+    "         [--company FILE.json] [--match DEST=SRC,...] [--books LETTER=BOOK,...]\n"
+    "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
+    "                                   aicpa, text, mba, bna)\n";
 
 int Usage(std::ostream& err) {
   err << kUsage;
   return 2;
-}
-
-// A data directory as an installation of its own: companies in it or, when its MASTER.A
-// says so, in NUMBER.CLT folders inside it.
-InstallationContext ToolContext(const std::string& folder) {
-  InstallationContext ctx;
-  std::string dir = folder;
-  if (dir.empty() || dir.back() != '/') dir += '/';
-  ctx.installation_folder = dir;
-  ctx.current.slot.data_path = dir;
-  ctx.run.product_name = "NORVANE";
-  ctx.today = Today();
-  ctx.user_name = DetermineUserName(NameType::kUser);
-  MasterFile master;
-  if (ReadMasterFile(dir, &master) == MasterFileStatus::kOk) {
-    ctx.current.subfolders = master.subfolders;
-    ctx.current.companies = master.companies;
-  }
-  return ctx;
 }
 
 std::string StatusText(int status) {
@@ -85,15 +72,6 @@ std::string StatusText(int status) {
 
 // Why a company's files could not be made: the data directory is missing or no folder,
 // or the company's folder refused them.
-// What is wrong with the data folder itself, if anything.
-std::optional<std::string> DataFolderProblem(const InstallationContext& ctx) {
-  std::string data = ctx.data_directory();
-  while (data.size() > 1 && data.back() == '/') data.pop_back();
-  if (!PathExists(data)) return "the folder " + data + " does not exist";
-  if (!IsFolder(data)) return data + " is not a folder";
-  return std::nullopt;
-}
-
 std::string WhyNotCreated(const InstallationContext& ctx, const std::string& number, int status) {
   if (std::optional<std::string> problem = DataFolderProblem(ctx)) return *problem;
   return "its files cannot be written in " + CompanyFolder(ctx, number) +
@@ -503,6 +481,16 @@ int RunNvtool(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   if (command == "load" && args.size() == 4) {
     return Load(ToolContext(args[1]), args[2], args[3], out, err);
+  }
+  if (command == "import") {
+    std::string error;
+    std::optional<ImportCommandOptions> options =
+        ParseImportCommand({args.begin() + 1, args.end()}, &error);
+    if (!options) {
+      err << "nvtool: " << error << "\n";
+      return Usage(err);
+    }
+    return RunImportCommand(*options, out, err);
   }
   if (command != "version" && command != "check" && command != "dump" && command != "load") {
     err << "nvtool: unknown command '" << command << "'\n";

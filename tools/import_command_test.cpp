@@ -1,0 +1,139 @@
+#include "tools/import_command.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "base/file.h"
+#include "base/temp_dir_testing.h"
+#include "import/frame/frame_testing.h"
+#include "store/company/asset_testing.h"
+#include "store/store_testing.h"
+
+namespace nv {
+namespace {
+
+using testing::TinyDescriptor;
+using testing::TinyImporter;
+using testing::WriteText;
+
+std::string ParseError(std::vector<std::string> args) {
+  std::string error;
+  EXPECT_FALSE(ParseImportCommand(args, &error).has_value()) << "accepted";
+  return error;
+}
+
+TEST(ImportCommandTest, OptionsAreReadAndWrongOnesRefusedWithTheReason) {
+  std::string error;
+  std::optional<ImportCommandOptions> options =
+      ParseImportCommand({"pcfas", "COMPANY1.FAS", "/data", "acme", "--existing", "add", "--match",
+                          "201=101,205=0", "--books", "t=102", "--company", "c.json"},
+                         &error);
+  ASSERT_TRUE(options) << error;
+  EXPECT_EQ(options->number, "ACME");
+  EXPECT_EQ(options->existing, "add");
+  EXPECT_EQ(options->matches, (std::vector<std::pair<int, int>>{{201, 101}, {205, 0}}));
+  EXPECT_EQ(options->books, (std::vector<std::pair<char, int>>{{'T', 102}}));
+
+  EXPECT_NE(ParseError({"lotus", "x", "/d", "A"}).find("unknown kind 'lotus'"), std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--match", "201"}).find("DEST=SRC"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--match", "201=x1"}).find("not two item ids"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--match", "201=101,"}).find("DEST=SRC"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"faswin", "x", "/d", "A", "--books", "TX=101"}).find("schedule letter"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--existing", "merge"}).find("--existing"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--existing"}).find("needs a value"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d"}).find("KIND SOURCE FOLDER NUMBER"), std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "AC.ME"}).find("company number"), std::string::npos);
+}
+
+class ImportCommandRunTest : public ::testing::Test {
+ protected:
+  ImportCommandRunTest() {
+    options_.source = dir_.path() + "/src.tny";
+    options_.folder = dir_.path();
+    options_.number = "NEWCO";
+    WriteText(options_.source, "Tiny Widgets\n100|Press|1000|01/15/2024||\n");
+  }
+
+  int Run(TinyImporter& importer) {
+    out_.str("");
+    err_.str("");
+    return RunImportCommandWith(importer, options_, out_, err_);
+  }
+
+  TempDir dir_;
+  ImportCommandOptions options_;
+  std::ostringstream out_, err_;
+};
+
+TEST_F(ImportCommandRunTest, ANewCompanyTakesTheDocumentsMembersAndPrintsWhatTheWindowsShow) {
+  const std::string json = dir_.path() + "/c.json";
+  WriteText(json, R"({"company": {"name": "From JSON", "last_closed": "12/31/2024"}})");
+  options_.company_json = json;
+  TinyImporter importer(TinyDescriptor());
+  ASSERT_EQ(Run(importer), 0) << out_.str() << err_.str();
+  const std::string out = out_.str();
+  EXPECT_NE(out.find("company-screen number=\"NEWCO\" name=\"From JSON\" ein=\"\" "
+                     "last_closed=\"12/31/2024\" current_year_end=\"12/31/2025\""),
+            std::string::npos)
+      << out;
+  EXPECT_NE(out.find("message title=\"Done\" text=\"1 assets copied.\""), std::string::npos);
+  EXPECT_NE(out.find("answered by default: question \"Save this company?\": yes"),
+            std::string::npos)
+      << out;
+  EXPECT_NE(out.find("Assets added: 1"), std::string::npos);
+  EXPECT_TRUE(PathExists(dir_.path() + "/NEWCO.A"));
+
+  // Again: the company exists, and the default --existing abort refuses as the window does.
+  ASSERT_EQ(Run(importer), 1);
+  EXPECT_NE(out_.str().find("-> choose 3 \"Abort this import\""), std::string::npos) << out_.str();
+  options_.existing = "add";
+  ASSERT_EQ(Run(importer), 0) << out_.str();
+  EXPECT_NE(out_.str().find("text=\"0 assets copied.\""), std::string::npos) << out_.str();
+}
+
+TEST_F(ImportCommandRunTest, MatchPairsGoOnThePanelAndAnUnknownIdIsAUsageError) {
+  TinyImporter importer(TinyDescriptor());
+  importer.fields.destinations = {{201, "Account"}, {202, "User Field 1"}};
+  importer.fields.sources = {{101, "Acct"}, {102, "Dept"}};
+  importer.fields.preset = {{201, 101}};
+  options_.matches = {{202, 102}, {201, 0}};
+  ASSERT_EQ(Run(importer), 0) << out_.str() << err_.str();
+  EXPECT_NE(out_.str().find("-> match 202=102 201=0, ok pairs=[202=102]"), std::string::npos)
+      << out_.str();
+
+  options_.number = "OTHER";
+  options_.matches = {{203, 101}};
+  EXPECT_EQ(Run(importer), 2);
+  EXPECT_NE(err_.str().find("--match: no destination item 203"), std::string::npos) << err_.str();
+  EXPECT_FALSE(PathExists(dir_.path() + "/OTHER.A") &&
+               out_.str().find("assets copied") != std::string::npos);
+}
+
+TEST_F(ImportCommandRunTest, RefusesBeforeTouchingAnything) {
+  TinyImporter importer(TinyDescriptor());
+  options_.company_json = dir_.path() + "/bad.json";
+  WriteText(options_.company_json, R"({"company": {"name": )");
+  EXPECT_EQ(Run(importer), 1);
+  EXPECT_NE(err_.str().find("--company:"), std::string::npos) << err_.str();
+  options_.company_json.clear();
+  options_.folder = dir_.path() + "/missing";
+  EXPECT_EQ(Run(importer), 1);
+  EXPECT_NE(err_.str().find("does not exist"), std::string::npos) << err_.str();
+  EXPECT_FALSE(PathExists(dir_.path() + "/NEWCO.A"));
+
+  ImportCommandOptions not_built = options_;
+  not_built.kind = "pcfas";
+  std::ostringstream out, err;
+  EXPECT_EQ(RunImportCommand(not_built, out, err), 1);
+  EXPECT_NE(err.str().find("not available in this build"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace nv
