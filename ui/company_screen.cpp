@@ -262,36 +262,21 @@ constexpr int kValueColumn = 27;
 constexpr int kRightLabelColumn = 44;
 constexpr int kRightValueColumn = 63;
 
-// A control of the table; FieldDescription is filled member by member so that the
-// members added to it later keep their defaults.
-FieldDescription Control(int kind, int id, int row, int column, int width, std::string data = {},
-                         std::string attributes = {}) {
-  FieldDescription f;
-  f.kind = kind;
-  f.id = id;
-  f.row = row;
-  f.column = column;
-  f.width = width;
-  f.data = std::move(data);
-  f.attributes = std::move(attributes);
-  return f;
-}
-
 FieldDescription Label(int row, int column, const char* text) {
-  return Control(kFieldStatic, 0, row, column, static_cast<int>(std::string_view(text).size()),
-                 text);
+  return MakeField(kFieldStatic, 0, row, column, static_cast<int>(std::string_view(text).size()),
+                   text);
 }
 
 }  // namespace
 
 void CompanyScreen::Build() {
   auto edit = [this](int id, int row, int column, int width, std::string attributes) {
-    table_.push_back(Control(kFieldEdit, id, row, column, width, {}, std::move(attributes)));
+    table_.push_back(MakeField(kFieldEdit, id, row, column, width, {}, std::move(attributes)));
   };
   // A radio group with its items laid out from (row, column), `per_line` items to a line.
   auto radio = [this](int id, int row, int column, int width, const char* title,
                       const std::vector<Choice>& choices, int per_line, bool numeric) {
-    FieldDescription group = Control(kFieldGroup, id, row, column, width);
+    FieldDescription group = MakeField(kFieldGroup, id, row, column, width);
     const int lines = (static_cast<int>(choices.size()) + per_line - 1) / per_line;
     group.attributes = StrPrintf("radio(%s),width(%d),height(%d)%s", title, width, lines + 1,
                                  numeric ? ",numeric" : "");
@@ -300,9 +285,9 @@ void CompanyScreen::Build() {
     const int item_width = (width - 2) / per_line;
     for (size_t i = 0; i < choices.size(); ++i) {
       const int k = static_cast<int>(i);
-      table_.push_back(Control(kFieldItem, id * 10 + k + 1, row + 1 + k / per_line,
-                               column + 1 + (k % per_line) * item_width, item_width - 1,
-                               choices[i].caption));
+      table_.push_back(MakeField(kFieldItem, id * 10 + k + 1, row + 1 + k / per_line,
+                                 column + 1 + (k % per_line) * item_width, item_width - 1,
+                                 choices[i].caption));
     }
   };
   table_.push_back(Label(0, kLabelColumn, "Company No."));
@@ -325,8 +310,8 @@ void CompanyScreen::Build() {
   table_.push_back(Label(6, kRightLabelColumn, "Misc Codes"));
   edit(kMiscCodesId, 6, kRightValueColumn, static_cast<int>(kMiscCodesWidth), "");
 
-  table_.push_back(Control(kFieldGroup, 0, 8, kLabelColumn, 40, {},
-                           "title(Asset Number Format),width(40),height(5)"));
+  table_.push_back(MakeField(kFieldGroup, 0, 8, kLabelColumn, 40, {},
+                             "title(Asset Number Format),width(40),height(5)"));
   table_.push_back(Label(9, kLabelColumn + 2, "Digits/Chars in Asset No."));
   edit(kMainLengthId, 9, kValueColumn + 4, 2, "chars(0-9),rjust");
   table_.push_back(Label(10, kLabelColumn + 2, "Digits in Subasset Part"));
@@ -354,14 +339,14 @@ void CompanyScreen::Build() {
   for (size_t b = 0; b < ButtonNames().size(); ++b) {
     const int id = kFirstButtonId + static_cast<int>(b);
     FieldDescription button =
-        b == 0 ? Control(kFieldButton, id, 4, kValueColumn + 19, 14)
-               : Control(kFieldButton, id, 23 + 2 * (static_cast<int>(b - 1) / 3),
-                         kLabelColumn + static_cast<int>((b - 1) % 3) * 27, 25);
+        b == 0 ? MakeField(kFieldButton, id, 4, kValueColumn + 19, 14)
+               : MakeField(kFieldButton, id, 23 + 2 * (static_cast<int>(b - 1) / 3),
+                           kLabelColumn + static_cast<int>((b - 1) % 3) * 27, 25);
     button.data = kButtonCaptions[b];
     button.attributes = StrPrintf("msg(%s)", kButtonHelp[b]);
     table_.push_back(std::move(button));
   }
-  table_.push_back(Control(kFieldEnd, 0, 0, 0, 0));
+  table_.push_back(MakeField(kFieldEnd, 0, 0, 0, 0));
 
   for (size_t i = 0; i < table_.size(); ++i) {
     const int id = table_[i].id;

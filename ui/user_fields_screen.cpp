@@ -12,21 +12,6 @@ constexpr int kNameColumn = 5;
 constexpr int kDefaultColumn = kNameColumn + static_cast<int>(kUserFieldNameWidth) + 2;
 constexpr int kButtonColumn = kDefaultColumn + static_cast<int>(kUserFieldDefaultWidth) + 2;
 
-// A control of the table; FieldDescription is filled member by member so that the
-// members added to it later keep their defaults.
-FieldDescription Control(int kind, int id, int row, int column, int width, std::string data = {},
-                         std::string attributes = {}) {
-  FieldDescription f;
-  f.kind = kind;
-  f.id = id;
-  f.row = row;
-  f.column = column;
-  f.width = width;
-  f.data = std::move(data);
-  f.attributes = std::move(attributes);
-  return f;
-}
-
 bool InRange(int index) {
   return index >= 1 && index <= kUserFieldCount;
 }
@@ -62,30 +47,30 @@ void UserFieldsScreen::PressValues(int index) {
 
 void UserFieldsScreen::Build() {
   table_.push_back(
-      Control(kFieldStatic, 0, 0, kNameColumn, static_cast<int>(kUserFieldNameWidth), "Name"));
-  table_.push_back(Control(kFieldStatic, 0, 0, kDefaultColumn,
-                           static_cast<int>(kUserFieldDefaultWidth), "Default Value"));
+      MakeField(kFieldStatic, 0, 0, kNameColumn, static_cast<int>(kUserFieldNameWidth), "Name"));
+  table_.push_back(MakeField(kFieldStatic, 0, 0, kDefaultColumn,
+                             static_cast<int>(kUserFieldDefaultWidth), "Default Value"));
   for (int i = 1; i <= kUserFieldCount; ++i) {
-    table_.push_back(Control(kFieldStatic, 0, i, kNumberColumn, 3, StrPrintf("%d:", i)));
+    table_.push_back(MakeField(kFieldStatic, 0, i, kNumberColumn, 3, StrPrintf("%d:", i)));
     FieldDescription name =
-        Control(kFieldEdit, kNameId + i, i, kNameColumn, static_cast<int>(kUserFieldNameWidth));
+        MakeField(kFieldEdit, kNameId + i, i, kNameColumn, static_cast<int>(kUserFieldNameWidth));
     name.check = [this, i](FieldTable&, size_t, const std::string& text) {
       SetName(i, text);
       return true;
     };
     table_.push_back(std::move(name));
-    FieldDescription value = Control(kFieldEdit, kDefaultId + i, i, kDefaultColumn,
-                                     static_cast<int>(kUserFieldDefaultWidth));
+    FieldDescription value = MakeField(kFieldEdit, kDefaultId + i, i, kDefaultColumn,
+                                       static_cast<int>(kUserFieldDefaultWidth));
     value.check = [this, i](FieldTable&, size_t, const std::string& text) {
       SetDefault(i, text);
       return true;
     };
     table_.push_back(std::move(value));
     // One line high, so that the rows' buttons stand apart.
-    table_.push_back(Control(kFieldButton, kValuesId + i, i, kButtonColumn, 3, "...",
-                             std::string("height(1),msg(") + kUserFieldValuesButtonHelp + ")"));
+    table_.push_back(MakeField(kFieldButton, kValuesId + i, i, kButtonColumn, 3, "...",
+                               std::string("height(1),msg(") + kUserFieldValuesButtonHelp + ")"));
   }
-  table_.push_back(Control(kFieldEnd, 0, 0, 0, 0));
+  table_.push_back(MakeField(kFieldEnd, 0, 0, 0, 0));
 }
 
 void UserFieldsScreen::Show() {

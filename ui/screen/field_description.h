@@ -36,6 +36,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace nv {
@@ -90,5 +91,20 @@ struct FieldDescription {
   // The field's name in answers scripts and transcripts ("field NAME VALUE"); not shown.
   std::string name;
 };
+
+// A control of a table, filled member by member so that members added to the struct later
+// keep their defaults.
+inline FieldDescription MakeField(int kind, int id, int row, int column, int width,
+                                  std::string data = {}, std::string attributes = {}) {
+  FieldDescription f;
+  f.kind = kind;
+  f.id = id;
+  f.row = row;
+  f.column = column;
+  f.width = width;
+  f.data = std::move(data);
+  f.attributes = std::move(attributes);
+  return f;
+}
 
 }  // namespace nv
