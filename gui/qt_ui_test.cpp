@@ -228,7 +228,10 @@ class QtUiTest : public QObject {
       title = dialog->windowTitle();
       filters = dialog->nameFilters();
       dialog->selectFile(dir.filePath("ASSETS.DAT"));
-      static_cast<QDialog*>(dialog)->accept();  // as the Open button does
+      // Ended as accepted without the Open button's own check, which asks the dialog's
+      // file model; that model reads the folder in a thread of its own and, not done yet,
+      // once in a while refused the file and left the dialog open.
+      static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
     });
     driver.Then([](QWidget* modal) { qobject_cast<QDialog*>(modal)->reject(); });
     QCOMPARE(ui.ChooseFile(request),
