@@ -2,7 +2,6 @@
 // frame as the import window, with the windows answered from the options.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -16,11 +15,10 @@ struct ImportCommandOptions {
   std::string source;
   std::string folder;
   std::string number;
-  std::string existing = "abort";                       // select | erase | add | abort
-  std::string company_json;                             // --company FILE.json
-  std::vector<std::pair<int, int>> matches;             // --match DEST=SRC (SRC 0 unpairs)
-  std::vector<std::pair<char, int>> books;              // --books LETTER=BOOK (BOOK 0 unpairs)
-  std::map<std::string, std::string> importer_options;  // --NAME VALUE of the importer
+  std::string existing = "abort";            // select | erase | add | abort
+  std::string company_json;                  // --company FILE.json
+  std::vector<std::pair<int, int>> matches;  // --match DEST=SRC (SRC 0 unpairs)
+  std::vector<std::pair<char, int>> books;   // --books LETTER=BOOK (BOOK 0 unpairs)
 };
 
 // args begin after "import". nullopt with the reason in *error on a usage error.

@@ -85,7 +85,10 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
         }
       }
     } else {
-      options.importer_options[arg.substr(2)] = value;
+      // The importers' own questions get options of their own as they are built; until an
+      // importer names one, every other option is a mistake.
+      *error = "unknown option " + arg + " (options: --existing, --company, --match, --books)";
+      return std::nullopt;
     }
   }
   if (positional.size() != 4) {

@@ -48,6 +48,8 @@ TEST(ImportCommandTest, OptionsAreReadAndWrongOnesRefusedWithTheReason) {
             std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--existing"}).find("needs a value"),
             std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--force", "yes"}).find("unknown option --force"),
+            std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d"}).find("KIND SOURCE FOLDER NUMBER"), std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d", "AC.ME"}).find("company number"), std::string::npos);
 }
