@@ -60,6 +60,8 @@ struct TextEntryRequest {
   std::string allowed;
   bool upper_case = false;
   size_t max_length = 0;
+  // Lines shown under the field for reference (the companies that exist already).
+  std::vector<std::string> listing;
 };
 
 // A running progress meter: a message window without buttons, removed when destroyed.

@@ -249,11 +249,16 @@ class QtUiTest : public QObject {
     request.allowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890&#$@";
     request.upper_case = true;
     request.max_length = 8;
+    request.listing = {"    ACME  Acme Tools", "   BETA2  Beta \xE9tude"};
     QString title, prompt;
+    QStringList listed;
     ModalDriver driver;
     driver.Then([&](QWidget* modal) {
       title = modal->windowTitle();
       prompt = modal->findChild<QLabel*>()->text();
+      // The companies there are already stand under the field, not to be chosen.
+      auto* listing = modal->findChild<QListWidget*>(QStringLiteral("listing"));
+      for (int i = 0; listing && i < listing->count(); ++i) listed << listing->item(i)->text();
       auto* field = modal->findChild<QLineEdit*>();
       // A blank, "." and "-" are refused while typing; lower case becomes upper case.
       QTest::keyClicks(field, "ab c.1-2&#$@xyz");
@@ -263,6 +268,7 @@ class QtUiTest : public QObject {
     QCOMPARE(ui.EnterText(request), std::optional<std::string>("ABC12&#$"));
     QCOMPARE(title, QStringLiteral("Enter New Company Number"));
     QCOMPARE(prompt, QStringLiteral("Company Number:"));
+    QCOMPARE(listed, QStringList({"    ACME  Acme Tools", "   BETA2  Beta \u00e9tude"}));
     QCOMPARE(ui.EnterText(request), std::nullopt);
   }
 

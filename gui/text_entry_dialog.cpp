@@ -1,8 +1,10 @@
 #include "gui/text_entry_dialog.h"
 
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QRegularExpressionValidator>
 #include <QVBoxLayout>
 
@@ -32,6 +34,16 @@ TextEntryDialog::TextEntryDialog(const TextEntryRequest& request, QWidget* paren
     });
   }
   layout->addWidget(field_);
+  if (!request.listing.empty()) {
+    auto* listing = new QListWidget(this);
+    listing->setObjectName(QStringLiteral("listing"));
+    listing->setSelectionMode(QAbstractItemView::NoSelection);
+    listing->setFocusPolicy(Qt::NoFocus);
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    listing->setFont(fixed);
+    for (const std::string& line : request.listing) listing->addItem(FromWindowsText(line));
+    layout->addWidget(listing);
+  }
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -8,12 +8,18 @@
 
 namespace nv {
 
+std::string CompanyListLine(const NvMasterRec& company) {
+  return StrPrintf("%8.8s  %-40.40s", company.number.c_str(), company.name.c_str());
+}
+
 std::optional<std::string> AskNewCompanyNumber(Ui& ui) {
   return AskNewCompanyNumber(ui, "Company Number:", "");
 }
 
-std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial) {
+std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial,
+                                               std::vector<std::string> listing) {
   TextEntryRequest request;
+  request.listing = std::move(listing);
   request.title = "Enter New Company Number";
   request.prompt = std::move(prompt);
   request.initial = std::move(initial);
@@ -108,7 +114,7 @@ CompanySelectionResult SelectCompany(const InstallationContext& context, Ui& ui,
   request.title = std::string(title);
   request.message = master.companies.empty() ? kNoCompaniesMessage : "Select a company:";
   for (const NvMasterRec& c : master.companies) {
-    request.options.push_back({StrPrintf("%8.8s  %-40.40s", c.number.c_str(), c.name.c_str())});
+    request.options.push_back({CompanyListLine(c)});
   }
   if (offer_new) request.options.push_back({kNewCompanyOption});
   const int chosen = ui.ChoiceList(request);

@@ -15,6 +15,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "base/installation_context.h"
 #include "base/ui.h"
@@ -53,11 +54,15 @@ CompanySelectionResult SelectCompany(const InstallationContext& context, Ui& ui,
                                      CompanyInUseLock& lock, NvCompany& company,
                                      std::string_view title, bool offer_new);
 
+// A company as the company list shows it: "%8.8s  %-40.40s" (number, name).
+std::string CompanyListLine(const NvMasterRec& company);
+
 // Asks for a new company number ("Enter New Company Number", "Company Number:") until the
 // user gives a valid one or cancels. Upper case, trimmed.
 std::optional<std::string> AskNewCompanyNumber(Ui& ui);
 // The same with the entry's prompt and the number it opens with.
-std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial);
+std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial,
+                                               std::vector<std::string> listing = {});
 
 // Takes the in-use lock of a company; tells the user who holds it when it is taken.
 bool TakeCompanyLock(const InstallationContext& context, std::string_view number,

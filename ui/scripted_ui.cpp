@@ -405,8 +405,7 @@ const ScriptAnswer* ScriptedUi::TakeAnswer(std::string_view prompt,
 
 void ScriptedUi::PushAnswers(std::vector<ScriptAnswer> answers) {
   answers_.insert(answers_.begin() + static_cast<std::ptrdiff_t>(next_answer_),
-                  std::make_move_iterator(answers.begin()),
-                  std::make_move_iterator(answers.end()));
+                  std::make_move_iterator(answers.begin()), std::make_move_iterator(answers.end()));
 }
 
 void ScriptedUi::WritePrompt(const std::string& line, const std::string& error) {
@@ -500,8 +499,15 @@ std::optional<std::string> ScriptedUi::ChooseFolder(std::string_view title,
 std::optional<std::string> ScriptedUi::EnterText(const TextEntryRequest& request) {
   std::string line = "entry title=" + QuoteTranscriptText(request.title) +
                      " prompt=" + QuoteTranscriptText(request.prompt) +
-                     " text=" + QuoteTranscriptText(request.initial) + " -> ";
-  return AnswerPath(std::move(line), "a text entry", Kind::kText);
+                     " text=" + QuoteTranscriptText(request.initial);
+  if (!request.listing.empty()) {
+    line += " listing=[";
+    for (size_t i = 0; i < request.listing.size(); ++i) {
+      line += (i > 0 ? ", " : "") + QuoteTranscriptText(request.listing[i]);
+    }
+    line += "]";
+  }
+  return AnswerPath(line + " -> ", "a text entry", Kind::kText);
 }
 
 std::optional<std::string> ScriptedUi::AnswerPath(std::string line, std::string_view prompt,

@@ -69,6 +69,7 @@
 //   file-save ... -> cancel
 //   folder title="..." folder="..." -> folder "/tmp/out"
 //   entry title="..." prompt="..." text="..." -> text "ACME"
+//   entry title="..." prompt="..." text="" listing=["   ACME  Acme Tools"] -> text "NEW"
 //   note title="..." text="..."
 //   progress title="..." text="..." total=250 position=250 last-text="..."
 //   help topic="nvsy6dis.html"

@@ -116,8 +116,18 @@ bool ChooseSourceFile(ImportRun& run) {
 bool AskCompanyNumber(ImportRun& run, const std::string& default_number) {
   std::string initial = AsciiUpper(TrimBlanks(default_number));
   if (initial.size() > kCompanyNumberLength) initial.resize(kCompanyNumberLength);
+  // The companies there are already, as the company list shows them.
+  std::vector<std::string> listing;
+  MasterFile master;
+  master.subfolders = run.context().current.subfolders;
+  if (ReadMasterFile(run.context().data_directory(), &master) == MasterFileStatus::kOk) {
+    for (const NvMasterRec& company : master.companies) {
+      listing.push_back(CompanyListLine(company));
+    }
+  }
   std::optional<std::string> number = AskNewCompanyNumber(
-      run.ui(), StrPrintf(kCompanyNumberPrompt, run.context().product_name().c_str()), initial);
+      run.ui(), StrPrintf(kCompanyNumberPrompt, run.context().product_name().c_str()), initial,
+      std::move(listing));
   if (!number) return false;
   run.state().company_number = *number;
   return true;

@@ -160,6 +160,8 @@ TEST_F(ImportFrameTest, SelectingAnotherNumberAsksAgainAsOftenAsChosen) {
       kAbortImportOption + "\n");
   EXPECT_FALSE(failed_) << transcript_;
   EXPECT_EQ(Count("entry "), 3u);
+  EXPECT_NE(transcript_.find("listing=[\"    TINY  Existing Tiny"), std::string::npos)
+      << "the entry lists the companies there are";
   EXPECT_EQ(Count("text=\"Company TINY already exists in NORVANE\""), 3u) << transcript_;
   EXPECT_EQ(Count("file-open "), 1u);
   EXPECT_EQ(AssetNumbers(), (std::vector<std::string>{"100.000", "700.000"}));
