@@ -105,6 +105,12 @@ bool ChooseSourceFile(ImportRun& run) {
       dialog.initial_folder.empty() ? run.context().data_directory() : dialog.initial_folder;
   std::optional<std::string> chosen = run.ui().ChooseFile(request);
   if (!chosen) return false;
+  // A name typed without an extension means the file with the dialog's.
+  const size_t name_at = chosen->find_last_of("/\\") + 1;
+  if (!dialog.default_extension.empty() && chosen->find('.', name_at) == std::string::npos &&
+      !PathExists(*chosen) && PathExists(*chosen + dialog.default_extension)) {
+    *chosen += dialog.default_extension;
+  }
   ImportState& state = run.state();
   state.source_path = *chosen;
   const size_t slash = chosen->find_last_of("/\\");

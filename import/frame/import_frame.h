@@ -59,9 +59,9 @@ inline constexpr int kResolveOtherNumber = -3;
 
 struct SourceFileDialog {
   std::string title;
-  std::string filter;  // "PC/FAS files|*.fas"
-  std::string default_extension;
-  std::string initial_folder;  // empty: the installation's data directory
+  std::string filter;             // "PC/FAS files|*.fas"
+  std::string default_extension;  // ".FAS": added to a name typed without one
+  std::string initial_folder;     // empty: the installation's data directory
 };
 
 // The options of ResolveExistingCompany and what they lead to. The options are told
@@ -80,7 +80,6 @@ struct ImportDescriptor {
   SourceFileDialog source_dialog;
   ExistingCompanyChoices existing;
   char new_loc_cat = 'L';           // Global Loc/Cat Designation of a new company record
-  bool lists_before_setup = false;  // both code lists made before the first setup pass
   bool current_year_files = false;  // the add step keeps NUMBER.CY and NUMBER.179
   std::string meter_title;          // "PC/FAS Import"
   std::string meter_text;           // "Copying PC/FAS assets\n "

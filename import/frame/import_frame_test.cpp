@@ -127,6 +127,13 @@ TEST_F(ImportFrameTest, ANewNumberGoesStraightToTheSetupScreenAndIsCreated) {
   EXPECT_EQ(again.Close(), 0);
 }
 
+TEST_F(ImportFrameTest, ANameTypedWithoutExtensionTakesTheDialogs) {
+  const std::string typed = source_.substr(0, source_.size() - 4);
+  ImportResult result = Run("file " + typed + "\ntext NEWCO\nsave\nyes\n");
+  EXPECT_EQ(result.added, 2) << transcript_;
+  EXPECT_NE(result.report_text.find("Source: Tiny " + source_), std::string::npos);
+}
+
 TEST_F(ImportFrameTest, TheReportListsWhatWasLeftOutAndTotalsWhatWasAdded) {
   ImportResult result = Run("file " + source_ + "\ntext NEWCO\nsave\nyes\n");
   ASSERT_EQ(result.outcome, ImportOutcome::kCompleted) << transcript_;
