@@ -1,9 +1,5 @@
 #include "store/file/rec_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -16,40 +12,38 @@ NvRecFile::~NvRecFile() {
   static_cast<void>(Close());  // a destructor has nobody to tell
 }
 
-bool NvRecFile::OpenHandle(const std::string& path, int flags, uint32_t record_length,
-                           Format format) {
+bool NvRecFile::OpenFile(const std::string& path, File::Mode mode, uint32_t record_length,
+                         Format format) {
   static_cast<void>(Close());  // a file open before is given up for this one
   if (record_length == 0) return false;
-  int fd = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
-  if (fd < 0) return false;
-  handle_ = fd;
+  std::optional<File> file = File::Open(path, mode);
+  if (!file) return false;
+  file_ = std::move(*file);
   record_length_ = record_length;
   format_ = format;
-  read_only_ = (flags & O_ACCMODE) == O_RDONLY;
+  read_only_ = mode == File::Mode::kRead;
   SetCounters(0, 0, 0);
   return true;
 }
 
 bool NvRecFile::Open(const std::string& path, bool read_only, uint32_t record_length,
                      Format format) {
-  return OpenHandle(path, read_only ? O_RDONLY : O_RDWR, record_length, format);
+  return OpenFile(path, read_only ? File::Mode::kRead : File::Mode::kReadWrite, record_length,
+                  format);
 }
 
 bool NvRecFile::Create(const std::string& path, uint32_t record_length, Format format) {
-  return OpenHandle(path, O_RDWR | O_CREAT | O_TRUNC, record_length, format);
+  return OpenFile(path, File::Mode::kCreate, record_length, format);
 }
 
 int NvRecFile::Close() {
   cache_.clear();
   valid_.clear();
-  if (handle_ < 0) return 0;
-  int rc = ::close(handle_);
-  handle_ = -1;
-  return rc == 0 ? 0 : -1;
+  return file_.Close();
 }
 
 bool NvRecFile::Sync() {
-  return handle_ >= 0 && ::fsync(handle_) == 0;
+  return file_.Sync();
 }
 
 void NvRecFile::SetCounters(uint32_t highest_record, uint32_t free_head, uint32_t free_count) {
@@ -59,9 +53,7 @@ void NvRecFile::SetCounters(uint32_t highest_record, uint32_t free_head, uint32_
 }
 
 uint64_t NvRecFile::FileSize() const {
-  struct stat st;
-  if (handle_ < 0 || ::fstat(handle_, &st) != 0 || st.st_size < 0) return 0;
-  return static_cast<uint64_t>(st.st_size);
+  return file_.Size().value_or(0);
 }
 
 uint64_t NvRecFile::RecordsInFile() const {
@@ -103,16 +95,15 @@ void NvRecFile::Remember(uint32_t number, const uint8_t* bytes, size_t offset, s
 }
 
 bool NvRecFile::ReadRecord(uint32_t number, uint8_t* buffer, size_t count) {
-  if (handle_ < 0) return false;
+  if (!file_.is_open()) return false;
   if (count == 0) count = record_length_;
   if (count > record_length_) return false;
   if (const uint8_t* hit = Cached(number)) {
     std::memcpy(buffer, hit, count);
     return true;
   }
-  off_t at = static_cast<off_t>(uint64_t{number} * record_length_);
   if (count < record_length_ || cache_limit_ == 0 || number >= cache_limit_ / record_length_) {
-    return ::pread(handle_, buffer, count, at) == static_cast<ssize_t>(count);
+    return file_.ReadAt(uint64_t{number} * record_length_, buffer, count);
   }
   return ReadAhead(number, buffer);
 }
@@ -123,10 +114,10 @@ bool NvRecFile::ReadAhead(uint32_t number, uint8_t* buffer) {
   uint32_t per_chunk = std::max<uint32_t>(1, kReadAheadBytes / record_length_);
   uint32_t first = number - number % per_chunk;
   chunk_.resize(size_t{per_chunk} * record_length_);
-  ssize_t got = ::pread(handle_, chunk_.data(), chunk_.size(),
-                        static_cast<off_t>(uint64_t{first} * record_length_));
+  const int64_t got =
+      file_.ReadSomeAt(uint64_t{first} * record_length_, chunk_.data(), chunk_.size());
   if (got < 0) return false;
-  uint32_t whole = static_cast<uint32_t>(size_t(got) / record_length_);
+  uint32_t whole = static_cast<uint32_t>(static_cast<uint64_t>(got) / record_length_);
   if (number - first >= whole) return false;
   for (uint32_t i = 0; i < whole; ++i) {
     if (Cached(first + i) == nullptr) {
@@ -138,11 +129,10 @@ bool NvRecFile::ReadAhead(uint32_t number, uint8_t* buffer) {
 }
 
 bool NvRecFile::WriteRecord(uint32_t number, const uint8_t* buffer, size_t count) {
-  if (handle_ < 0 || read_only_) return false;
+  if (!file_.is_open() || read_only_) return false;
   if (count == 0) count = record_length_;
   if (count > record_length_) return false;
-  off_t at = static_cast<off_t>(uint64_t{number} * record_length_);
-  if (::pwrite(handle_, buffer, count, at) != static_cast<ssize_t>(count)) {
+  if (!file_.WriteAt(uint64_t{number} * record_length_, buffer, count)) {
     // The record may now be partly written; forget it so the next read sees the file.
     if (number < valid_.size()) valid_[number] = false;
     return false;
@@ -152,10 +142,9 @@ bool NvRecFile::WriteRecord(uint32_t number, const uint8_t* buffer, size_t count
 }
 
 bool NvRecFile::WriteRecords(uint32_t first, const uint8_t* buffer, uint32_t records) {
-  if (handle_ < 0 || read_only_) return false;
+  if (!file_.is_open() || read_only_) return false;
   const size_t count = size_t{records} * record_length_;
-  off_t at = static_cast<off_t>(uint64_t{first} * record_length_);
-  if (::pwrite(handle_, buffer, count, at) != static_cast<ssize_t>(count)) {
+  if (!file_.WriteAt(uint64_t{first} * record_length_, buffer, count)) {
     for (uint32_t i = 0; i < records; ++i) {
       if (first + i < valid_.size()) valid_[first + i] = false;
     }

@@ -30,6 +30,8 @@
 #include <string>
 #include <vector>
 
+#include "base/file.h"
+
 namespace nv {
 
 class NvRecFile {
@@ -54,7 +56,8 @@ class NvRecFile {
 
   // Opens an existing file for reading only or for reading and writing. Counters are zero
   // until the owner sets them.
-  [[nodiscard]] bool Open(const std::string& path, bool read_only, uint32_t record_length, Format format);
+  [[nodiscard]] bool Open(const std::string& path, bool read_only, uint32_t record_length,
+                          Format format);
   // Creates (or truncates) a file for reading and writing, with zero counters.
   [[nodiscard]] bool Create(const std::string& path, uint32_t record_length, Format format);
   // 0, or -1 when the file could not be closed. Closing a closed file does nothing.
@@ -77,7 +80,7 @@ class NvRecFile {
   // kFreeWriteFailed.
   [[nodiscard]] int Free(uint32_t number);
 
-  bool is_open() const { return handle_ >= 0; }
+  bool is_open() const { return file_.is_open(); }
   bool read_only() const { return read_only_; }
   Format format() const { return format_; }
   // Changes the record length and layout of an open file (an index learns both from its
@@ -97,13 +100,14 @@ class NvRecFile {
   void set_cache_limit(size_t bytes);
 
  private:
-  [[nodiscard]] bool OpenHandle(const std::string& path, int flags, uint32_t record_length, Format format);
+  [[nodiscard]] bool OpenFile(const std::string& path, File::Mode mode, uint32_t record_length,
+                              Format format);
   [[nodiscard]] bool ReadAhead(uint32_t number, uint8_t* buffer);
   const uint8_t* Cached(uint32_t number) const;
   void Remember(uint32_t number, const uint8_t* record, size_t offset, size_t count, bool whole);
 
   Format format_ = kCurrentLayout;
-  int32_t handle_ = -1;
+  File file_;
   uint32_t record_length_ = 0;
   uint32_t highest_record_ = 0;
   uint32_t free_head_ = 0;
