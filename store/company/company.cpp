@@ -1,19 +1,12 @@
 #include "store/company/company.h"
 
-#include <dirent.h>
-#include <sys/stat.h>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <vector>
 
 #include "base/ascii.h"
 #include "base/coding.h"
 #include "base/comma_text.h"
+#include "base/file.h"
 #include "base/file_util.h"
 #include "store/company/master_file.h"
 #include "store/company/permissions.h"
@@ -45,31 +38,22 @@ std::string WithSeparator(std::string folder) {
   return folder;
 }
 
-// Names of the entries of `folder` that are number + "." + anything, ignoring case.
-std::vector<std::string> CompanyEntries(const std::string& folder, std::string_view number) {
-  std::vector<std::string> names;
-  DIR* dir = ::opendir(folder.empty() ? "." : folder.c_str());
-  if (dir == nullptr) return names;
-  const std::string prefix = AsciiUpper(number) + ".";
-  while (struct dirent* entry = ::readdir(dir)) {
-    std::string_view name = entry->d_name;
-    if (name == "." || name == "..") continue;
-    if (name.size() > prefix.size() && EqualIgnoringCase(name.substr(0, prefix.size()), prefix)) {
-      names.emplace_back(name);
-    }
-  }
-  ::closedir(dir);
-  return names;
-}
-
+// True when `path` is a file (not a folder) that opens in the given mode.
 bool CanOpen(const std::string& path, bool read_only) {
-  int fd = ::open(path.c_str(), (read_only ? O_RDONLY : O_RDWR) | O_CLOEXEC);
-  if (fd < 0) return false;
-  ::close(fd);
-  return !IsFolder(path);
+  return File::Open(path, read_only ? File::Mode::kRead : File::Mode::kReadWrite).has_value();
 }
 
 }  // namespace
+
+std::vector<std::string> CompanyEntries(const std::string& folder, std::string_view number) {
+  std::vector<std::string> names = ListFolder(folder);
+  const std::string prefix = AsciiUpper(number) + ".";
+  std::erase_if(names, [&](const std::string& name) {
+    return name.size() <= prefix.size() ||
+           !EqualIgnoringCase(std::string_view(name).substr(0, prefix.size()), prefix);
+  });
+  return names;
+}
 
 NvCompany::NvCompany(const InstallationContext& context) : context_(context) {}
 
@@ -216,7 +200,7 @@ int NvCompany::OpenFiles(int flags, Ui& ui) {
     }
   }
   if ((flags & kKeepSchedules) == 0) LoadCustomYears();
-  if (!read_only() && ::access(FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
+  if (!read_only() && PathExists(FilePath(kChangingMarkerExtension))) {
     marked_changing_ = true;  // the marker goes when this run closes the company
     if (int rc = RecoverInterruptedRun(); rc != kOk) {
       CloseFilesWithoutWriting();
@@ -397,7 +381,10 @@ int NvCompany::Close() {
   }
   if (blocks_.is_open() && blocks_.Close() != 0 && status == 0) status = kCloseBlockFileFailed;
   // Only once all three files are on disk may the marker go.
-  if (marked_changing_ && status == 0) std::remove(FilePath(kChangingMarkerExtension).c_str());
+  // A marker that stays only makes the next writer check the files again.
+  if (marked_changing_ && status == 0) {
+    static_cast<void>(RemoveFile(FilePath(kChangingMarkerExtension)));
+  }
   marked_changing_ = false;
   LetGoOfWriteLock();
   return status;
@@ -438,13 +425,12 @@ const AccountingYearChain* NvCompany::CustomYear(char letter) const {
 
 bool NvCompany::BackUp(const std::string& backup_folder, Ui& ui) const {
   const std::string folder = WithSeparator(backup_folder);
-  struct stat st;
-  if (::stat(backup_folder.c_str(), &st) == 0) {
+  if (PathExists(backup_folder)) {
     MessageF(ui, "Error", kBackupFolderExists, context_.product_name().c_str(),
              backup_folder.c_str());
     return false;
   }
-  if (::mkdir(backup_folder.c_str(), 0777) != 0) {
+  if (!MakeFolder(backup_folder)) {
     MessageF(ui, "Error", kBackupFolderFailed, backup_folder.c_str());
     return false;
   }
@@ -455,8 +441,8 @@ bool NvCompany::BackUp(const std::string& backup_folder, Ui& ui) const {
     if (EqualIgnoringCase(extension, "lok")) continue;
     if (!CopyFileBytes(from, folder + name)) {
       MessageF(ui, "Error", kBackupCopyFailed, from.c_str());
-      std::error_code ignored;
-      std::filesystem::remove_all(backup_folder, ignored);
+      // The message above says the backup failed; a half copy that stays is no worse.
+      static_cast<void>(RemoveAll(backup_folder));
       return false;
     }
   }
@@ -493,15 +479,9 @@ bool DeleteCompanyFiles(const InstallationContext& context, std::string_view num
   if (lock != nullptr && lock->HoldsFileAt(CompanyLockPath(folder, upper))) lock->Release();
   bool ok = true;
   for (const std::string& name : CompanyEntries(folder, upper)) {
-    std::error_code error;
-    std::filesystem::remove_all(folder + name, error);
-    if (error) ok = false;
+    if (!RemoveAll(folder + name)) ok = false;
   }
-  if (context.current.subfolders) {
-    std::error_code error;
-    std::filesystem::remove_all(folder, error);
-    if (error) ok = false;
-  }
+  if (context.current.subfolders && !RemoveAll(folder)) ok = false;
   MasterFile master;
   if (ReadMasterFile(context.data_directory(), &master) == MasterFileStatus::kOk) {
     std::erase_if(master.companies,

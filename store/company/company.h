@@ -27,6 +27,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/installation_context.h"
 #include "base/ui.h"
@@ -236,6 +237,10 @@ class NvCompany {
 // separator when companies live in subfolders (an existing folder of that name in another
 // case is used as it is named).
 std::string CompanyFolder(const InstallationContext& context, std::string_view number);
+
+// Names of the entries of `folder` that are `number` + "." + an extension, ignoring case, in
+// the order the folder lists them; empty when the folder cannot be read.
+std::vector<std::string> CompanyEntries(const std::string& folder, std::string_view number);
 
 // Extension of the marker file of a run that changes the company.
 inline constexpr char kChangingMarkerExtension[] = "DTY";

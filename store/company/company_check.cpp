@@ -1,9 +1,8 @@
 #include "store/company/company_check.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 
+#include "base/file.h"
 #include "base/str_format.h"
 #include "store/asset/asset.h"
 #include "store/asset/asset_keys.h"
@@ -108,8 +107,7 @@ CompanyCheck CheckCompany(NvCompany& company) {
   CompanyCheck check = CheckFiles(company);
   // A run that died between two operations leaves whole files behind, so the marker alone
   // is no problem; beside one, it says how the company is repaired.
-  if (!check.problems.empty() &&
-      ::access(company.FilePath(kChangingMarkerExtension).c_str(), F_OK) == 0) {
+  if (!check.problems.empty() && PathExists(company.FilePath(kChangingMarkerExtension))) {
     check.problems.insert(check.problems.begin(),
                           "a run that changed the company did not end; opening it for writing "
                           "repairs it");

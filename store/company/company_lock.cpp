@@ -1,13 +1,11 @@
 #include "store/company/company_lock.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <ctime>
 
 #include "base/ascii.h"
+#include "base/file.h"
 #include "base/str_format.h"
 
 namespace nv {
@@ -32,26 +30,12 @@ static_assert(kTimeAt == 37);
 // Up to kMaxHolderLine bytes of the file; nullopt when it cannot be opened or read, with
 // *missing telling whether the file (or its folder) is not there.
 std::optional<std::string> ReadHolderLine(const std::string& path, bool* missing) {
-  *missing = false;
-  int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) {
-    *missing = errno == ENOENT || errno == ENOTDIR;
-    return std::nullopt;
-  }
+  std::optional<File> file = File::Open(path, File::Mode::kRead, missing);
+  if (!file) return std::nullopt;
   std::string line(kMaxHolderLine, '\0');
-  size_t got = 0;
-  while (got < line.size()) {
-    ssize_t n = ::read(fd, line.data() + got, line.size() - got);
-    if (n < 0 && errno == EINTR) continue;
-    if (n < 0) {
-      ::close(fd);
-      return std::nullopt;
-    }
-    if (n == 0) break;
-    got += static_cast<size_t>(n);
-  }
-  ::close(fd);
-  line.resize(got);
+  const int64_t got = file->ReadSomeAt(0, line.data(), line.size());
+  if (got < 0) return std::nullopt;
+  line.resize(static_cast<size_t>(got));
   return line;
 }
 
@@ -103,10 +87,7 @@ bool CompanyInUseLock::HoldsFileAt(const std::string& path) const {
   if (!held() || lost()) return false;
   if (path == file_.path()) return true;
   // Another spelling of the same file (a doubled separator, a link) is the same lock.
-  struct stat ours;
-  struct stat theirs;
-  return ::stat(file_.path().c_str(), &ours) == 0 && ::stat(path.c_str(), &theirs) == 0 &&
-         ours.st_dev == theirs.st_dev && ours.st_ino == theirs.st_ino;
+  return SameFile(file_.path(), path);
 }
 
 std::string CompanyInUseLock::Take(const std::string& path, std::string_view user_name,
