@@ -1,13 +1,13 @@
 #include "store/codes/loc_cat_list.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 #include "base/ascii.h"
 #include "base/comma_text.h"
 #include "base/compare_codes.h"
+#include "base/file.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
 
@@ -122,10 +122,6 @@ bool IsTextHeader(std::string_view first_piece) {
   return EqualIgnoringCase(start, kHeader) || EqualIgnoringCase(start, kOldHeader);
 }
 
-struct FileCloser {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
-
 }  // namespace
 
 void NvLocCatList::Append(std::string_view code, std::string_view description) {
@@ -164,17 +160,19 @@ std::string LocCatFilePath(const LocCatFiles& files, char which) {
 
 int LoadLocCatList(const std::string& path, NvLocCatList* list) {
   list->Clear();
-  std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+  std::optional<File> file = File::Open(path, File::Mode::kRead);
   if (!file) return 0;
   TextReader text(list);
   RecordReader records(list);
   bool first = true;
   bool is_text = false;
   auto piece = std::make_unique<char[]>(kPieceSize);
-  for (;;) {
-    size_t n = std::fread(piece.get(), 1, kPieceSize, file.get());
-    if (n == 0) break;
-    std::string_view bytes(piece.get(), n);
+  for (uint64_t offset = 0;;) {
+    // A read error ends the list where an end of file would.
+    const int64_t n = file->ReadSomeAt(offset, piece.get(), kPieceSize);
+    if (n <= 0) break;
+    offset += static_cast<uint64_t>(n);
+    std::string_view bytes(piece.get(), static_cast<size_t>(n));
     if (first) {
       is_text = IsTextHeader(bytes);
       first = false;
