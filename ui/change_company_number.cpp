@@ -1,42 +1,16 @@
 #include "ui/change_company_number.h"
 
-#include <dirent.h>
-#include <sys/stat.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <vector>
+#include <string_view>
 
 #include "base/ascii.h"
 #include "base/comma_text.h"
+#include "base/file.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "store/company/master_file.h"
 
 namespace nv {
 namespace {
-
-bool Exists(const std::string& path) {
-  struct stat st;
-  return ::stat(path.c_str(), &st) == 0;
-}
-
-// The entries of `folder` named number + "." + extension (any case), with their extensions.
-std::vector<std::pair<std::string, std::string>> CompanyFiles(const std::string& folder,
-                                                              const std::string& number) {
-  std::vector<std::pair<std::string, std::string>> files;
-  DIR* dir = ::opendir(folder.c_str());
-  if (dir == nullptr) return files;
-  while (struct dirent* entry = ::readdir(dir)) {
-    std::string_view name = entry->d_name;
-    if (name.size() > number.size() + 1 && name[number.size()] == '.' &&
-        EqualIgnoringCase(name.substr(0, number.size()), number)) {
-      files.emplace_back(std::string(name), std::string(name.substr(number.size() + 1)));
-    }
-  }
-  ::closedir(dir);
-  return files;
-}
 
 bool RenumberInMasterFile(const InstallationContext& context, const std::string& old_number,
                           const std::string& new_number, const std::string& name) {
@@ -68,7 +42,7 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
   const std::string old_folder = company.folder();
   std::string new_folder = CompanyFolder(context, new_number);
   if (FindFileIgnoringCase(new_folder, new_number + ".A") ||
-      (context.current.subfolders && Exists(new_folder))) {
+      (context.current.subfolders && PathExists(new_folder))) {
     ui.Message(kFilesExistMessage, "Error");
     return RenumberResult::kRefused;
   }
@@ -89,19 +63,17 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
   }
 
   bool ok = true;
-  for (const auto& [file, extension] : CompanyFiles(old_folder, old_number)) {
+  for (const std::string& file : CompanyEntries(old_folder, old_number)) {
+    const std::string_view extension = std::string_view(file).substr(old_number.size() + 1);
     if (EqualIgnoringCase(extension, "LOK")) continue;
-    if (std::rename((old_folder + file).c_str(),
-                    (new_folder + new_number + "." + extension).c_str()) != 0) {
+    if (!RenamePath(old_folder + file, new_folder + new_number + "." + std::string(extension))) {
       ok = false;
     }
   }
   const std::string lock_path = CompanyLockPath(new_folder, new_number);
   if (!lock.Take(lock_path, context.user_name, LockTimeNow()).empty()) ok = false;
-  if (context.current.subfolders && ok) {
-    std::error_code error;
-    std::filesystem::remove_all(old_folder, error);
-  }
+  // An old folder that cannot be removed stays behind empty; the company lives in the new one.
+  if (context.current.subfolders && ok) static_cast<void>(RemoveAll(old_folder));
   if (!ok) {
     ui.Message(kRenameFailedMessage, "Error");
     return RenumberResult::kFailed;
