@@ -171,6 +171,10 @@ bool RemoveFile(const std::string& path) {
   return ::unlink(path.c_str()) == 0 || errno == ENOENT;
 }
 
+bool RemoveEmptyFolder(const std::string& path) {
+  return ::rmdir(path.c_str()) == 0;
+}
+
 bool RemoveAll(const std::string& path) {
   std::error_code error;
   std::filesystem::remove_all(path, error);

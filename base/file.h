@@ -79,6 +79,8 @@ std::vector<std::string> ListFolder(const std::string& folder);
 [[nodiscard]] bool RenamePath(const std::string& from, const std::string& to);
 // Removes a file; true also when there was none.
 [[nodiscard]] bool RemoveFile(const std::string& path);
+// Removes a folder only when it is empty; false otherwise, or when it cannot be removed.
+[[nodiscard]] bool RemoveEmptyFolder(const std::string& path);
 // Removes a file, or a folder with everything in it; true also when there was none.
 [[nodiscard]] bool RemoveAll(const std::string& path);
 // The folder's entries (a new or removed name) reach the disk before this returns true.

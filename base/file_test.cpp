@@ -13,7 +13,6 @@
 namespace nv {
 namespace {
 
-
 TEST(FileTest, ModesCreateTruncateKeepOrRefuse) {
   TempDir dir;
   const std::string path = dir.File("a.bin");
@@ -101,7 +100,9 @@ TEST(FileTest, FolderOperations) {
   EXPECT_TRUE(SyncFolder(folder));
 
   EXPECT_TRUE(RemoveFile(folder + "/z"));
-  EXPECT_TRUE(RemoveFile(folder + "/z"));  // nothing there is no failure
+  EXPECT_TRUE(RemoveFile(folder + "/z"));   // nothing there is no failure
+  EXPECT_FALSE(RemoveEmptyFolder(folder));  // x is still in it
+  EXPECT_TRUE(IsFolder(folder));
   EXPECT_TRUE(RemoveAll(folder));
   EXPECT_FALSE(PathExists(folder));
   EXPECT_TRUE(RemoveAll(folder));

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <vector>
 
 #include "base/ascii.h"
 #include "base/comma_text.h"
+#include "base/file.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "store/company/master_file.h"
@@ -97,12 +97,12 @@ bool AppendTerminalLine(const std::string& path, const std::string& user_name, u
     existing.insert(mark, line);
     return WriteFileAtomically(path, existing);
   }
-  std::FILE* file = std::fopen(path.c_str(), "ab");
-  if (file == nullptr) return false;
+  std::optional<File> file = File::Open(path, File::Mode::kAppend);
+  if (!file) return false;
   std::string line = writer.text();
   if (!existing.empty() && existing.back() != '\n') line.insert(0, "\r\n");
-  const bool written = std::fwrite(line.data(), 1, line.size(), file) == line.size();
-  return std::fclose(file) == 0 && written;
+  const bool written = file->Append(line);
+  return file->Close() == 0 && written;
 }
 
 // Reads the ten slot lines of a file whose header was read; `fields` is how many fields

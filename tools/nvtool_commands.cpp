@@ -1,7 +1,5 @@
 #include "tools/nvtool_commands.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -419,7 +417,7 @@ int Load(const InstallationContext& ctx, const std::string& number_arg, const st
     ~FolderOfNoCompany() {
       if (!ctx.current.subfolders || CompanyExists(ctx, number)) return;
       lock.Release();
-      static_cast<void>(::rmdir(CompanyFolder(ctx, number).c_str()));
+      static_cast<void>(RemoveEmptyFolder(CompanyFolder(ctx, number)));
     }
     const InstallationContext& ctx;
     const std::string& number;
