@@ -103,6 +103,8 @@ TEST(FileTest, FolderOperations) {
   EXPECT_TRUE(RemoveFile(folder + "/z"));   // nothing there is no failure
   EXPECT_FALSE(RemoveEmptyFolder(folder));  // x is still in it
   EXPECT_TRUE(IsFolder(folder));
+  ASSERT_TRUE(MakeFolder(folder + "/empty"));
+  EXPECT_TRUE(RemoveEmptyFolder(folder + "/empty"));
   EXPECT_TRUE(RemoveAll(folder));
   EXPECT_FALSE(PathExists(folder));
   EXPECT_TRUE(RemoveAll(folder));
