@@ -21,6 +21,16 @@ LogClock FixedClock(LogTime time = kMay17) {
   return [time] { return time; };
 }
 
+// A line's prefix written out from the layout: date and time, blank, user right-aligned in
+// 10, " v", version left-aligned in 10, blank, tag right-aligned in 4, blank, "Ast" or
+// blanks, blank, asset number right-aligned in 14.
+std::string Prefix(const std::string& when, const std::string& user, const std::string& tag,
+                   const std::string& number = "") {
+  return when + " " + std::string(10 - user.size(), ' ') + user + " v" + "4.1.141   " + " " +
+         std::string(4 - tag.size(), ' ') + tag + " " + (number.empty() ? "   " : "Ast") + " " +
+         std::string(14 - number.size(), ' ') + number;
+}
+
 class ChangeLogTest : public ::testing::Test {
  protected:
   ChangeLogTest() : company_(context_) {
@@ -70,38 +80,22 @@ TEST_F(ChangeLogTest, EditLineIsByteExactAndAppended) {
   ASSERT_TRUE(WriteTextFile(company_.FilePath("LOG"), "earlier line\n"));
   LogCompanyChanges(company_, &before, after, kTagEditCompany, kHeadingEditCompany, FixedClock());
 
-  std::string expected = "earlier line\r\n";
-  expected += "2024/05/17 14:03";  // date and time
-  expected += " ";
-  expected += "    JSMITH";  // user, right-aligned in 10
-  expected += " v";
-  expected += "4.1.141   ";  // version, left-aligned in 10
-  expected += " ";
-  expected += "CEDT";
-  expected += " ";
-  expected += "   ";  // no asset mark
-  expected += " ";
-  expected += "              ";  // no asset number (14)
-  expected += " ";
-  expected += "Company Name changed from <Acme Tools> to <Acme Tools Inc>\r\n";
-  EXPECT_EQ(LogBytes(), expected);
+  EXPECT_EQ(LogBytes(), "earlier line\r\n" + Prefix("2024/05/17 14:03", "JSMITH", "CEDT") +
+                            " Company Name changed from <Acme Tools> to <Acme Tools Inc>\r\n");
 }
 
 TEST_F(ChangeLogTest, PrefixFields) {
   // A long user name keeps its first 10 characters.
   EXPECT_EQ(LogLinePrefix(kMay17, "ABCDEFGHIJKL", "DEL ", std::nullopt),
-            std::string("2024/05/17 14:03 ") + "ABCDEFGHIJ" + " v" + "4.1.141   " + " " + "DEL " +
-                " " + "   " + " " + std::string(14, ' '));
+            Prefix("2024/05/17 14:03", "ABCDEFGHIJ", "DEL "));
   // An asset line: mark, and the number right-aligned in 14; small fields zero-padded.
   EXPECT_EQ(LogLinePrefix({998, 1, 2, 3, 4}, "", "X", "    100.01"),
-            std::string("0998/01/02 03:04 ") + std::string(10, ' ') + " v" + "4.1.141   " + " " +
-                "   X" + " " + "Ast" + " " + "    " + "    100.01");
+            Prefix("0998/01/02 03:04", "", "X", "    100.01"));
 }
 
 TEST_F(ChangeLogTest, SingleLinesWithLetterAssetAndMask) {
   ASSERT_TRUE(WriteLogLine(company_, "   1234.001", 'B', "DEL ", "Asset deleted", FixedClock()));
-  EXPECT_EQ(LogBytes(), std::string("2024/05/17 14:03 ") + "    JSMITH" + " v" + "4.1.141   " +
-                            " " + "DEL " + " " + "Ast" + " " + "      1234.001" +
+  EXPECT_EQ(LogBytes(), Prefix("2024/05/17 14:03", "JSMITH", "DEL ", "   1234.001") +
                             " Sch B: Asset deleted\r\n");
 
   // The mask must share a bit with the company's flags.

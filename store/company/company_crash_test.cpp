@@ -18,7 +18,7 @@
 #include "store/company/company_check.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
@@ -28,11 +28,6 @@ using testing::MakeAsset;
 using testing::TwoBookCompany;
 
 constexpr int kKills = 60;
-
-std::unique_ptr<ScriptedUi> NoAnswers() {
-  std::string errors;
-  return ScriptedUi::FromString("", &errors);
-}
 
 // The child: adds assets from `first` on and reports each returned add on the pipe.
 [[noreturn]] void AddForever(NvCompany& company, long first, int report_fd) {
@@ -61,7 +56,7 @@ class CompanyCrashTest : public ::testing::Test {
     pid_t child = fork();
     if (child == 0) {
       close(fds[0]);
-      auto ui = NoAnswers();
+      auto ui = testing::Script("");
       NvCompany company(ctx_);
       if (company.Open("CRASH", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui) != 1) _exit(3);
       work(company, fds[1]);
@@ -104,7 +99,7 @@ TEST_F(CompanyCrashTest, KilledAddsLoseNothingThatReturned) {
     // The add in flight may have come back whole; start the next run past it.
     next += 1;
 
-    auto ui = NoAnswers();
+    auto ui = testing::Script("");
     NvCompany company(ctx_);
     ASSERT_EQ(company.Open("CRASH", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui), 1);
     ASSERT_EQ(company.Close(), 0);
@@ -209,7 +204,7 @@ TEST_F(CompanyCrashTest, KilledBetweenOperationsReadsWholeWithoutRepair) {
     ASSERT_TRUE(reported) << "the writer failed with " << WEXITSTATUS(status);
     RunBatch(random, &next_number, &assets, nullptr);
 
-    auto ui = NoAnswers();
+    auto ui = testing::Script("");
     NvCompany company(ctx_);
     ASSERT_EQ(
         company.Open("CRASH", NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, *ui),

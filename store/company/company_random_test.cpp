@@ -15,7 +15,7 @@
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
@@ -32,42 +32,20 @@ constexpr int kOperations = 120000;
 constexpr int kBatch = 10000;
 constexpr long kNumberRange = 6000;
 
-class Model {
- public:
-  bool has(long n) const { return variants_.count(n) != 0; }
-  int variant(long n) const { return variants_.at(n); }
-  size_t size() const { return ids_.size(); }
-  long Pick(std::mt19937& random) const { return ids_[random() % ids_.size()]; }
-  void Put(long n, int variant) {
-    if (!has(n)) {
-      where_[n] = ids_.size();
-      ids_.push_back(n);
-    }
-    variants_[n] = variant;
-  }
-  void Remove(long n) {
-    size_t at = where_[n];
-    ids_[at] = ids_.back();
-    where_[ids_[at]] = at;
-    ids_.pop_back();
-    where_.erase(n);
-    variants_.erase(n);
-  }
-  const std::vector<long>& ids() const { return ids_; }
+// Asset number -> the variant it was written with.
+using Model = std::map<long, int>;
 
- private:
-  std::map<long, int> variants_;
-  std::map<long, size_t> where_;
-  std::vector<long> ids_;
-};
+long Pick(const Model& model, std::mt19937& random) {
+  return std::next(model.begin(), static_cast<long>(random() % model.size()))->first;
+}
 
 // The descriptions of the model's assets in the order the chosen index gives them.
 std::vector<std::string> ExpectedOrder(const Model& model, const NvCompanyRecord& company,
                                        AssetOrder order) {
   const AssetRecordFormat format = AssetRecordFormatOf(company);
   std::vector<std::pair<std::string, std::string>> keyed;
-  for (long n : model.ids()) {
-    NvAsset a = MakeAsset(company, n, model.variant(n));
+  for (const auto& [n, variant] : model) {
+    NvAsset a = MakeAsset(company, n, variant);
     keyed.emplace_back(
         order == AssetOrder::kNumber ? AssetNumberKey(a, format) : AssetSortKey(a, format),
         a.description);
@@ -98,8 +76,7 @@ std::vector<std::string> Walk(NvCompany& company, AssetOrder order, bool forward
 TEST(CompanyRandomTest, OperationsAgainstAModel) {
   testing::TempDir dir;
   const InstallationContext ctx = ContextFor(dir.path());
-  std::string errors;
-  auto ui = ScriptedUi::FromString("", &errors);
+  auto ui = testing::Script("");
   NvCompany company(ctx);
   company.record() = TwoBookCompany();
   ASSERT_EQ(company.Create({"RAND", "Random Co"}, NvCompany::kOpenI1 | NvCompany::kOpenI2), 0);
@@ -115,10 +92,10 @@ TEST(CompanyRandomTest, OperationsAgainstAModel) {
       int variant = static_cast<int>(random() % 50);
       NvAsset a = MakeAsset(record, n, variant);
       int rc = company.AddAsset(&a);
-      ASSERT_EQ(rc, model.has(n) ? kDuplicate : kOk) << "add " << n << " at op " << op;
-      if (rc == kOk) model.Put(n, variant);
+      ASSERT_EQ(rc, model.count(n) ? kDuplicate : kOk) << "add " << n << " at op " << op;
+      if (rc == kOk) model[n] = variant;
     } else if (kind < 65) {
-      long n = model.Pick(random);
+      long n = Pick(model, random);
       long to = random() % 2 ? n : 1 + static_cast<long>(random() % kNumberRange);
       int variant = static_cast<int>(random() % 50);
       NvAsset a;
@@ -128,26 +105,26 @@ TEST(CompanyRandomTest, OperationsAgainstAModel) {
       changed.stored_number_key = a.stored_number_key;
       changed.stored_sort_key = a.stored_sort_key;
       int rc = company.ReplaceAsset(&changed);
-      if (to != n && model.has(to)) {
+      if (to != n && model.count(to)) {
         ASSERT_EQ(rc, kDuplicate) << "replace " << n << " by " << to;
       } else {
         ASSERT_EQ(rc, kOk) << "replace " << n << " by " << to << " at op " << op;
-        model.Remove(n);
-        model.Put(to, variant);
+        model.erase(n);
+        model[to] = variant;
       }
     } else if (kind < 80) {
-      long n = model.Pick(random);
+      long n = Pick(model, random);
       NvAsset a;
       ASSERT_EQ(company.FindAsset(MakeAsset(record, n).number.Text(), &a), kOk);
       ASSERT_EQ(company.DeleteAsset(a), kOk) << "delete " << n;
-      model.Remove(n);
+      model.erase(n);
     } else {
       long n = 1 + static_cast<long>(random() % kNumberRange);
       NvAsset a;
       int rc = company.FindAsset(MakeAsset(record, n).number.Text(), &a);
-      if (model.has(n)) {
+      if (model.count(n)) {
         ASSERT_EQ(rc, kOk);
-        ASSERT_EQ(a.description, MakeAsset(record, n, model.variant(n)).description);
+        ASSERT_EQ(a.description, MakeAsset(record, n, model.at(n)).description);
       } else {
         ASSERT_EQ(rc, kNotFound) << "find " << n;
       }

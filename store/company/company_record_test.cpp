@@ -168,24 +168,12 @@ TEST(CompanyRecordTest, YearEndCorrectionAndMonths) {
   EXPECT_EQ(MonthsInCurrentYear({}, {}), 12);
 }
 
-}  // namespace
-}  // namespace nv
-
-namespace nv {
-namespace {
-
 TEST(CompanyRecordTest, FormatLengthsOutOfRangeAreHeldToTheirLimits) {
   std::string bytes = kCounters + "v4.1.141/4.1\tf0/320/3\t";
   EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, (NvAssetNoFormat{1, 3, 3}));
   bytes = kCounters + "v4.1.141/4.1\tf44/-2\t";
   EXPECT_EQ(ParseCompanyRecord(bytes).record.asset_no_format, (NvAssetNoFormat{10, 1, 0}));
 }
-
-}  // namespace
-}  // namespace nv
-
-namespace nv {
-namespace {
 
 // Formats that are not "long" but are not the short 6, 2, 0 either keep their format
 // fields, or the next read would make them 6, 2, 0.

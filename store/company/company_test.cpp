@@ -13,7 +13,7 @@
 #include "store/file/key_compare.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
@@ -21,13 +21,6 @@ namespace {
 using testing::Bytes;
 using testing::ReadAll;
 using testing::WriteAll;
-
-std::unique_ptr<ScriptedUi> Answers(const std::string& script) {
-  std::string errors;
-  std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString(script, &errors);
-  EXPECT_NE(ui, nullptr) << errors;
-  return ui;
-}
 
 // A company's block file as the layout gives it: the data cut into 138-byte pieces, one
 // per 145-byte block (145 in the length field, marker, next block), blocks 0, 1, 2, ...
@@ -111,7 +104,7 @@ TEST_F(CompanyTest, OpenReadsWhatCreateWroteAndFixesTheYearEnd) {
   ASSERT_EQ(CreateCompany("ACME", r), 0);
   EXPECT_EQ(ReadAll(File("ACME.A"))[2], 0xE5);
 
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   NvCompany company(ctx_);
   ASSERT_EQ(company.Open("acme", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui), 1);
   EXPECT_EQ(company.number(), "ACME");
@@ -135,7 +128,7 @@ TEST_F(CompanyTest, TenBlocksAreReadWholeAndALongerRecordIsCutAtTen) {
   ASSERT_EQ(SerializeCompanyRecord(r, {}).size(), 10u * 138);
   ASSERT_EQ(CreateCompany("TEN", r), 0);
   ASSERT_EQ(ReadAll(File("TEN.A")).size(), 10u * 145);
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   {
     NvCompany company(ctx_);
     ASSERT_EQ(company.Open("TEN", NvCompany::kReadOnly, *ui), 1);
@@ -156,7 +149,7 @@ TEST_F(CompanyTest, TenBlocksAreReadWholeAndALongerRecordIsCutAtTen) {
 }
 
 TEST_F(CompanyTest, NewerVersionDamagedAndMissingFiles) {
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   NvCompany company(ctx_);
   EXPECT_EQ(company.Open("NONE", 0, *ui), kBlockFileMissing);
 
@@ -194,7 +187,7 @@ TEST_F(CompanyTest, ReadOnlyOpenWritesNothing) {
   ASSERT_EQ(CreateCompany("RO", SmallRecord()), 0);
   const Bytes before = ReadAll(File("RO.A"));
   const Bytes i1_before = ReadAll(File("RO.I1"));
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   NvCompany company(ctx_);
   ASSERT_EQ(company.Open("RO", 3 | NvCompany::kReadOnly, *ui), 1);
   company.record().name = "Changed";
@@ -220,7 +213,7 @@ class OldCompanyTest : public CompanyTest {
 };
 
 TEST_F(OldCompanyTest, BackupThenRewriteInTheCurrentLayout) {
-  auto ui = Answers("yes\n");
+  auto ui = testing::Script("yes\n");
   {
     NvCompany company(ctx_);
     ASSERT_EQ(company.Open("OLD", 0, *ui), 1);
@@ -246,7 +239,7 @@ TEST_F(OldCompanyTest, BackupThenRewriteInTheCurrentLayout) {
 
   // Asked again, the backup folder exists: the open is refused and nothing changes.
   WriteAll(File("OLD.A"), old_bytes_);
-  auto again = Answers("yes\n");
+  auto again = testing::Script("yes\n");
   NvCompany company(ctx_);
   EXPECT_EQ(company.Open("OLD", 0, *again), kNewerVersion);
   EXPECT_NE(again->transcript().find("NORVANE cannot create the backup files, because folder"),
@@ -255,7 +248,7 @@ TEST_F(OldCompanyTest, BackupThenRewriteInTheCurrentLayout) {
 }
 
 TEST_F(OldCompanyTest, DecliningTheBackupAsksOnceMore) {
-  auto refused = Answers("no\nno\n");
+  auto refused = testing::Script("no\nno\n");
   NvCompany company(ctx_);
   EXPECT_EQ(company.Open("OLD", 0, *refused), kNewerVersion);
   EXPECT_NE(refused->transcript().find("Are you sure you want to open this company without "
@@ -265,14 +258,14 @@ TEST_F(OldCompanyTest, DecliningTheBackupAsksOnceMore) {
   EXPECT_EQ(ReadAll(File("OLD.A")), old_bytes_);
   EXPECT_FALSE(std::filesystem::exists(File("OLD.pre_v3")));
 
-  auto confirmed = Answers("no\nyes\n");
+  auto confirmed = testing::Script("no\nyes\n");
   ASSERT_EQ(company.Open("OLD", 0, *confirmed), 1);
   EXPECT_EQ(company.Close(), 0);
   EXPECT_EQ(ReadAll(File("OLD.A"))[2], 0xE3);
 
   // Read-only opens never ask.
   WriteAll(File("OLD.A"), old_bytes_);
-  auto none = Answers("");
+  auto none = testing::Script("");
   ASSERT_EQ(company.Open("OLD", NvCompany::kReadOnly, *none), 1);
   EXPECT_EQ(none->transcript(), "");
 }
@@ -295,7 +288,7 @@ TEST_F(OldCompanyTest, FirstAssetTurnsBlockZeroCurrentAtOnce) {
             kOk);
   ASSERT_EQ(index.Close(), 0);
 
-  auto ui = Answers("no\nyes\n");
+  auto ui = testing::Script("no\nyes\n");
   NvCompany writer(ctx_);
   ASSERT_EQ(writer.Open("OLD", NvCompany::kOpenI1 | NvCompany::kOpenI2, *ui), 1);
   NvAsset asset = testing::MakeAsset(writer.record(), 50);
@@ -310,7 +303,7 @@ TEST_F(OldCompanyTest, FirstAssetTurnsBlockZeroCurrentAtOnce) {
   EXPECT_EQ(testing::Slice(a, 7, 12), testing::ByteBuilder().U32(highest).U32(0).U32(0).bytes());
 
   NvCompany reader(ctx_);
-  auto none = Answers("");
+  auto none = testing::Script("");
   ASSERT_EQ(
       reader.Open("OLD", NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, *none), 1);
   EXPECT_FALSE(reader.old_layout());
@@ -327,7 +320,7 @@ TEST_F(CompanyTest, BackUpCopiesCompanyFilesButNotTheLockOrFolders) {
   WriteAll(File("acme.cat"), {'c'});
   WriteAll(File("ACMEX.A"), {'o'});  // another company
   std::filesystem::create_directory(File("ACME.img"));
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   NvCompany company(ctx_);
   company.SetLocation("ACME", dir_.path());
   ASSERT_TRUE(company.BackUp(File("bk"), *ui));
@@ -365,18 +358,12 @@ TEST_F(CompanyTest, SubfoldersDeleteAndNumbers) {
   EXPECT_FALSE(IsValidCompanyNumber("  "));
 }
 
-}  // namespace
-}  // namespace nv
-
-namespace nv {
-namespace {
-
 TEST_F(CompanyTest, LocationAndCategoryListsLoadWithTheirFlag) {
   ASSERT_EQ(CreateCompany("ACME", SmallRecord()), 0);
   testing::WriteAll(File("acme.loc"),
                     testing::Bytes{'N', 'V', 'W', '3', '0', '0', '0', '\r', '\n', '0', '1', '\t',
                                    'M', 'a', 'i', 'n', '\r', '\n'});
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   NvCompany company(ctx_);
   ASSERT_EQ(company.Open("ACME", NvCompany::kReadOnly, *ui), 1);
   EXPECT_TRUE(company.locations().empty());
@@ -385,12 +372,6 @@ TEST_F(CompanyTest, LocationAndCategoryListsLoadWithTheirFlag) {
   EXPECT_EQ(company.locations()[0].code, "01");
   EXPECT_TRUE(company.categories().empty());
 }
-
-}  // namespace
-}  // namespace nv
-
-namespace nv {
-namespace {
 
 TEST_F(CompanyTest, CustomYearsLoadOnOpenAndAreWrittenBackOnClose) {
   NvCompanyRecord r = SmallRecord();
@@ -401,7 +382,7 @@ TEST_F(CompanyTest, CustomYearsLoadOnOpenAndAreWrittenBackOnClose) {
       "[Custom Accounting Year T]\r\nPeriodWeight=Equal\r\n"
       "CurrentYear=12/31/2024*4:03/31/2024,06/30/2024,09/30/2024,12/31/2024\r\n";
   testing::WriteAll(File("ACME.ini"), testing::Bytes(ini.begin(), ini.end()));
-  auto ui = Answers("");
+  auto ui = testing::Script("");
   {
     NvCompany company(ctx_);
     ASSERT_EQ(company.Open("ACME", 0, *ui), 1);

@@ -19,7 +19,7 @@
 #include "store/company/company_lock.h"
 #include "store/file/status.h"
 #include "store/store_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
@@ -30,11 +30,6 @@ using testing::TwoBookCompany;
 
 constexpr int kBoth = NvCompany::kOpenI1 | NvCompany::kOpenI2;
 const LockTime kSelected{Date{6, 15, 2024}, 13, 30, 5};
-
-std::unique_ptr<ScriptedUi> NoAnswers() {
-  std::string errors;
-  return ScriptedUi::FromString("", &errors);
-}
 
 class CompanyWritersTest : public ::testing::Test {
  protected:
@@ -59,7 +54,7 @@ class CompanyWritersTest : public ::testing::Test {
 
   testing::TempDir dir_;
   InstallationContext ctx_;
-  std::unique_ptr<ScriptedUi> ui_ = NoAnswers();
+  std::unique_ptr<ScriptedUi> ui_ = testing::Script("");
 };
 
 TEST_F(CompanyWritersTest, TheStoreLetsGoOfItsOwnLockOnEveryPath) {
@@ -241,7 +236,7 @@ TEST_F(CompanyWritersTest, TwoProcessesStartedTogetherNeverWriteAtOnce) {
         char go;
         // Only the end of file matters: the parent closes the pipe to let both go.
         static_cast<void>(!read(start[0], &go, 1));
-        auto ui = NoAnswers();
+        auto ui = testing::Script("");
         NvCompany company(ctx_);
         int rc = company.Open("ACME", kBoth, *ui);
         if (rc == kCompanyInUse) _exit(kRefused);  // nothing written: nothing reported

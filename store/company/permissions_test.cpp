@@ -11,16 +11,9 @@ namespace {
 
 using testing::TempDir;
 
-TEST(Permissions, LevelsLettersAndTexts) {
-  EXPECT_EQ(PermissionLevelOfLetter('F'), kFullAccess);
-  EXPECT_EQ(PermissionLevelOfLetter('W'), kReadWriteAccess);
-  EXPECT_EQ(PermissionLevelOfLetter('r'), kReadOnlyAccess);
-  EXPECT_EQ(PermissionLevelOfLetter('N'), kNoAccess);
-  EXPECT_EQ(PermissionLevelOfLetter('X'), kNoAccess);
-  EXPECT_STREQ(PermissionLevelText(kFullAccess), "Full Access");
-  EXPECT_STREQ(PermissionLevelText(kReadWriteAccess), "Read/Write Access");
-  EXPECT_STREQ(PermissionLevelText(kReadOnlyAccess), "Read Only Access");
-  EXPECT_STREQ(PermissionLevelText(kNoAccess), "No Access");
+// The letters and texts of the four levels show in LevelOfUser and RefusalTexts; here what
+// lies between and beyond them.
+TEST(Permissions, LevelsBetweenAndBeyondTheFourAreReadWrite) {
   EXPECT_STREQ(PermissionLevelText(1), "Read/Write Access");
   EXPECT_STREQ(PermissionLevelText(7), "Read/Write Access");
   EXPECT_EQ(PermissionLetter(kNoAccess), 'N');
