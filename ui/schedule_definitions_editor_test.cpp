@@ -8,21 +8,15 @@
 #include <vector>
 
 #include "store/schedule/schedule_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
 
 using testing::ScheduleTestCompany;
+using testing::Script;
 using Editor = DlgEdScheduleDefinitions;
 using Strings = std::vector<std::string>;
-
-std::unique_ptr<ScriptedUi> Script(std::string_view answers) {
-  std::string errors;
-  std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString(answers, &errors);
-  EXPECT_TRUE(ui) << errors;
-  return ui;
-}
 
 // A question line up to its answer.
 std::string Asked(const std::string& text, const char* default_button) {

@@ -1,22 +1,25 @@
 #include "ui/scripted_ui.h"
 
-#include <unistd.h>
 #include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "base/file_util.h"
+#include "base/temp_dir_testing.h"
 #include "ui/match_panel.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
 
-std::unique_ptr<ScriptedUi> Script(std::string_view text) {
-  std::string errors;
-  std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString(text, &errors);
-  EXPECT_TRUE(ui) << errors;
-  EXPECT_EQ(errors, "");
-  return ui;
+using testing::Script;
+
+// A question box's transcript line, its three buttons as the boxes have them.
+std::string QuestionLine(const std::string& text, const char* default_button, const char* answer) {
+  return "question title=\"Question\" text=\"" + text +
+         "\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"" + default_button + "\" -> " +
+         answer + "\n";
 }
 
 std::string ParseErrors(std::string_view text) {
@@ -118,17 +121,11 @@ TEST(ParseAnswerScript, StopsCollectingAfterTheLimit) {
 }
 
 TEST(ScriptedUiFile, ReadsAFileAndNamesItInErrors) {
-  char dir_template[] = "/tmp/nv_scripted_ui_XXXXXX";
-  ASSERT_NE(mkdtemp(dir_template), nullptr);
-  std::string dir = dir_template;
-  std::string good = dir + "/good.txt";
-  std::string bad = dir + "/bad.txt";
-  FILE* f = std::fopen(good.c_str(), "wb");
-  std::fputs("command 9\r\nyes\r\n", f);
-  std::fclose(f);
-  f = std::fopen(bad.c_str(), "wb");
-  std::fputs("# fine\nfile\n", f);
-  std::fclose(f);
+  TempDir dir;
+  const std::string good = dir.File("good.txt");
+  const std::string bad = dir.File("bad.txt");
+  ASSERT_TRUE(WriteFileAtomically(good, "command 9\r\nyes\r\n"));
+  ASSERT_TRUE(WriteFileAtomically(bad, "# fine\nfile\n"));
 
   std::string errors;
   std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromFile(good, &errors);
@@ -138,14 +135,10 @@ TEST(ScriptedUiFile, ReadsAFileAndNamesItInErrors) {
 
   EXPECT_EQ(ScriptedUi::FromFile(bad, &errors), nullptr);
   EXPECT_EQ(errors, bad + ":2: 'file' needs a text after it\n");
-  EXPECT_EQ(ScriptedUi::FromFile(dir + "/missing.txt", &errors), nullptr);
+  EXPECT_EQ(ScriptedUi::FromFile(dir.File("missing.txt"), &errors), nullptr);
   EXPECT_NE(errors.find("missing.txt: cannot read the answers file"), std::string::npos);
-  EXPECT_EQ(ScriptedUi::FromFile(dir, &errors), nullptr);  // a folder is not a script
+  EXPECT_EQ(ScriptedUi::FromFile(dir.path(), &errors), nullptr);  // a folder is not a script
   EXPECT_NE(errors.find("cannot read the answers file"), std::string::npos);
-
-  std::remove(good.c_str());
-  std::remove(bad.c_str());
-  rmdir(dir.c_str());
 }
 
 TEST(QuoteTranscriptText, KeepsEveryPromptOnOneLine) {
@@ -185,25 +178,22 @@ TEST(ScriptedUi, AnswersPromptsInOrderAndWritesTheTranscript) {
       ui->transcript(),
       "message title=\"Error\" text=\"Unable to read Master File\"\n"
       "question title=\"Question\" text=\"Erase company 1?\\n\\nContinue?\" "
-      "buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"&Yes\" -> yes\n"
-      "question title=\"Question\" text=\"Q2\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
-      "default=\"&No\" -> no\n"
-      "question title=\"Question\" text=\"Q3\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
-      "default=\"&No\" -> cancel\n"
-      "question title=\"Question\" text=\"Q4\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
-      "default=\"&No\" -> cancel\n"
-      "choice title=\"Import\" text=\"Select company type:\" note=\"\" "
-      "options=[\"New Company\", \"Existing company\"] -> choose 1 \"Existing company\" result=1\n"
-      "choice title=\"Import\" text=\"Select company type:\" note=\"\" "
-      "options=[\"New Company\", \"Existing company\"] -> choose 0 \"New Company\" result=0\n"
-      "file-open title=\"Select PC/FAS file\" filter=\"PC/FAS|*.dat|All files|*.*\" "
-      "folder=\"/src\" name=\"\" -> file \"C:\\\\data\\\\x.dat\"\n"
-      "file-save title=\"Select PC/FAS file\" filter=\"PC/FAS|*.dat|All files|*.*\" "
-      "folder=\"/src\" name=\"\" -> cancel\n"
-      "folder title=\"Export to\" folder=\"/home\" -> folder \"/tmp/out\"\n"
-      "folder title=\"Export to\" folder=\"\" -> cancel\n"
-      "note title=\"Report\" text=\"1 asset\\n2 assets\"\n"
-      "help topic=\"nvsy6dis.html\"\n");
+      "buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"&Yes\" -> yes\n" +
+          QuestionLine("Q2", "&No", "no") + QuestionLine("Q3", "&No", "cancel") +
+          QuestionLine("Q4", "&No", "cancel") +
+          "choice title=\"Import\" text=\"Select company type:\" note=\"\" "
+          "options=[\"New Company\", \"Existing company\"] -> choose 1 \"Existing company\" "
+          "result=1\n"
+          "choice title=\"Import\" text=\"Select company type:\" note=\"\" "
+          "options=[\"New Company\", \"Existing company\"] -> choose 0 \"New Company\" result=0\n"
+          "file-open title=\"Select PC/FAS file\" filter=\"PC/FAS|*.dat|All files|*.*\" "
+          "folder=\"/src\" name=\"\" -> file \"C:\\\\data\\\\x.dat\"\n"
+          "file-save title=\"Select PC/FAS file\" filter=\"PC/FAS|*.dat|All files|*.*\" "
+          "folder=\"/src\" name=\"\" -> cancel\n"
+          "folder title=\"Export to\" folder=\"/home\" -> folder \"/tmp/out\"\n"
+          "folder title=\"Export to\" folder=\"\" -> cancel\n"
+          "note title=\"Report\" text=\"1 asset\\n2 assets\"\n"
+          "help topic=\"nvsy6dis.html\"\n");
 }
 
 TEST(ScriptedUi, ChoiceResultIsTheOptionValueWhenItHasOne) {
@@ -278,11 +268,10 @@ TEST(ScriptedUi, RunningOutOfAnswersAnswersAsClosed) {
   EXPECT_TRUE(ui->failed());
   EXPECT_EQ(ui->ChooseFile(FileDialogRequest{}), std::nullopt);
   EXPECT_EQ(ui->transcript(),
-            "question title=\"Question\" text=\"Go?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
-            "default=\"&Yes\" -> cancel\n"
-            "error: no answer left for a question box\n"
-            "file-open title=\"\" filter=\"\" folder=\"\" name=\"\" -> cancel\n"
-            "error: the run failed earlier; a file dialog answered as closed\n");
+            QuestionLine("Go?", "&Yes", "cancel") +
+                "error: no answer left for a question box\n"
+                "file-open title=\"\" filter=\"\" folder=\"\" name=\"\" -> cancel\n"
+                "error: the run failed earlier; a file dialog answered as closed\n");
 }
 
 TEST(ScriptedUi, CutsLongTextsAsTheBoxesDo) {
@@ -329,9 +318,7 @@ TEST(ScriptedUi, SinkGetsEveryLineAsItIsWritten) {
   ui->Note("command 102 \"Best PC/FAS\"");
   ui->set_sink(&sink);
   ui->Question("Go?", DefaultButton::kNo);
-  EXPECT_EQ(sink.str(),
-            "question title=\"Question\" text=\"Go?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
-            "default=\"&No\" -> yes\n");
+  EXPECT_EQ(sink.str(), QuestionLine("Go?", "&No", "yes"));
   ui->Fail("command 77 is not a button of this window");
   ui->set_sink(nullptr);
   ui->Note("after");

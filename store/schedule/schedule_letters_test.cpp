@@ -6,19 +6,13 @@
 #include <string>
 
 #include "store/schedule/schedule_testing.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
 
 using testing::ScheduleTestCompany;
-
-std::unique_ptr<ScriptedUi> Script(std::string_view answers) {
-  std::string errors;
-  std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString(answers, &errors);
-  EXPECT_TRUE(ui) << errors;
-  return ui;
-}
+using testing::Script;
 
 std::string Arranged(const std::string& letters, size_t width) {
   return ArrangeAceLetters(letters, width).value_or("<no room>");
