@@ -25,6 +25,7 @@
 #include "base/lock_file.h"
 #include "base/temp_dir_testing.h"
 #include "store/asset/asset.h"
+#include "store/company/asset_testing.h"
 #include "store/company/company.h"
 #include "store/company/company_check.h"
 #include "store/company/master_file.h"
@@ -32,7 +33,7 @@
 #include "store/store_testing.h"
 #include "tools/nvtool_commands.h"
 #include "ui/company_selection.h"
-#include "ui/scripted_ui.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
@@ -163,8 +164,7 @@ class NvtoolProcessTest : public ::testing::Test {
         << where;
     InstallationContext ctx = Context(data);
     NvCompany company(ctx);
-    std::string errors;
-    std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString("", &errors);
+    std::unique_ptr<ScriptedUi> ui = testing::Script("");
     ASSERT_EQ(
         company.Open("ACME", NvCompany::kOpenI1 | NvCompany::kOpenI2 | NvCompany::kReadOnly, *ui),
         1)
@@ -182,10 +182,7 @@ class NvtoolProcessTest : public ::testing::Test {
 
   // The data directory as a program of this process sees it.
   InstallationContext Context(const std::string& data) const {
-    InstallationContext ctx;
-    ctx.run.product_name = "NORVANE";
-    ctx.installation_folder = data + "/";
-    ctx.current.slot.data_path = data + "/";
+    InstallationContext ctx = testing::ContextFor(data);
     ctx.current.subfolders = subfolders_;
     ctx.user_name = "SELECTOR";
     return ctx;
@@ -291,9 +288,7 @@ TEST_F(NvtoolProcessTest, LoadIsRefusedWhileSelectionHoldsTheCompany) {
 
   InstallationContext ctx = Context(data);
   CompanyInUseLock lock;
-  std::string errors;
-  std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromString("choose 0\n", &errors);
-  ASSERT_NE(ui, nullptr) << errors;
+  std::unique_ptr<ScriptedUi> ui = testing::Script("choose 0\n");
   NvCompany company(ctx);
   ASSERT_EQ(SelectCompany(ctx, *ui, lock, company, "Import", false).choice, CompanyChoice::kOpened);
 
