@@ -240,14 +240,5 @@ TEST_F(CompanyAssetsTest, RebuildKeepsOldLayoutChains) {
   EXPECT_EQ(Check(), std::vector<std::string>{});
 }
 
-TEST_F(CompanyAssetsTest, DeletingACompanyLetsGoOfItsOwnLock) {
-  EXPECT_EQ(company_.Close(), 0);
-  CompanyInUseLock lock;
-  ASSERT_EQ(lock.Take(company_.FilePath("LOK"), "TESTER", LockTimeNow()), "");
-  EXPECT_TRUE(DeleteCompanyFiles(ctx_, "acme", &lock));
-  EXPECT_FALSE(lock.held());
-  EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
-}
-
 }  // namespace
 }  // namespace nv

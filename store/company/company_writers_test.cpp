@@ -180,6 +180,8 @@ TEST_F(CompanyWritersTest, UnderTheCallersLockTheLockStaysWithTheCaller) {
   // program's lock, where it stays.
   ASSERT_TRUE(DeleteCompanyFiles(ctx_, "ACME", &program));
   EXPECT_FALSE(program.held());
+  EXPECT_FALSE(LockFileThere("ACME"));
+  EXPECT_FALSE(std::filesystem::exists(File("ACME.A")));
   company.record() = TwoBookCompany();
   ASSERT_EQ(company.Create({"ACME", "Again"}, kBoth, program), 0);
   EXPECT_TRUE(program.HoldsFileAt(LockPath("ACME")));
