@@ -120,15 +120,6 @@ TEST_F(StartupTest, DefaultsWithoutASettingsFile) {
   EXPECT_EQ(ReadFile(dir_ / "TERM.1"), "\"7.1N\",\"" + dir_.path() + "\",0\r\n\"alice\",3\r\n");
 }
 
-TEST_F(StartupTest, LockedConfigurationEndsWithExitCodeTwo) {
-  WriteFile(dir_ / "KELNVWIN.INI", "[NV Parameters]\r\nConfiguration Locked=1\r\n");
-  EXPECT_EQ(Start(), std::nullopt);
-  EXPECT_EQ(exit_code_, 2);
-  EXPECT_EQ(ui_->transcript(),
-            MessageLines({{"Program Error",
-                           "Attempt to write configuration file when configuration is locked."}}));
-}
-
 TEST_F(StartupTest, FailuresWithoutQuitCodeEndWithZero) {
   WriteFile(dir_ / "TERM.1", "\"7.1A\",\"x\",0,0\r\n");
   EXPECT_EQ(Start(), std::nullopt);

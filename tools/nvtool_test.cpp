@@ -321,14 +321,5 @@ TEST_F(NvtoolTest, CheckFindsADamagedIndex) {
   EXPECT_NE(check.out.find("company ACME: 2 assets, "), std::string::npos);
 }
 
-TEST_F(NvtoolTest, CompaniesInSubfolders) {
-  MasterFile master;
-  master.subfolders = true;
-  ASSERT_EQ(WriteMasterFile(dir_.path() + "/", master), MasterFileStatus::kOk);
-  ASSERT_EQ(Nvtool({"load", dir_.path(), "ACME", Write("a.json", kDocument)}).status, 0);
-  EXPECT_TRUE(std::filesystem::exists(dir_.File("ACME.CLT/ACME.A")));
-  EXPECT_EQ(Nvtool({"check", dir_.path(), "ACME"}).status, 0);
-}
-
 }  // namespace
 }  // namespace nv
