@@ -1,6 +1,7 @@
 // Reads arbitrary bytes as the line found in another user's company lock file and builds
 // the refusal message from it; then checks that a lock line written from the same bytes
-// reads back as written.
+// reads back as written, and that a taker refused by a holder whose file holds the bytes
+// reads them from the file.
 //
 // Input: one byte giving the length (0-8) of the company number that follows it, then the
 // holder's line.
@@ -11,7 +12,9 @@
 #include <string_view>
 
 #include "base/ascii.h"
+#include "base/lock_file.h"
 #include "base/str_format.h"
+#include "fuzz/fuzz_scratch.h"
 #include "store/company/company_lock.h"
 
 namespace {
@@ -50,6 +53,23 @@ void CheckRoundTrip(std::string_view bytes) {
   if (holder.name != (name.empty() ? "*" : name)) std::abort();
 }
 
+// Another writer holds the lock with `line` in its file: a refused Take gives back what the
+// file holds, cut to the 100 bytes a taker reads.
+void CheckReadFromHoldersFile(std::string_view line) {
+  // An empty file is a holder that has not written yet; Take waits for it a while.
+  if (line.empty()) return;
+  const std::string path = nv::fuzzing::ScratchFolder("lock_line") + "FUZZ.LOK";
+  nv::LockFile holder;
+  if (holder.TryAcquire(path) != nv::LockStatus::kAcquired || !holder.WriteContent(line)) {
+    std::abort();
+  }
+  nv::CompanyInUseLock taker;
+  if (taker.Take(path, "FUZZER", nv::LockTime{}) != line.substr(0, 100) || taker.held()) {
+    std::abort();
+  }
+  holder.ReleaseAndRemove();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -75,5 +95,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
   }
   CheckRoundTrip(line);
+  CheckReadFromHoldersFile(line);
   return 0;
 }
