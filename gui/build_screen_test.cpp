@@ -25,19 +25,6 @@
 namespace nv {
 namespace {
 
-FieldDescription Field(int kind, int id, int row, int column, int width, std::string data,
-                       std::string attributes = "") {
-  FieldDescription field;
-  field.kind = kind;
-  field.id = id;
-  field.row = row;
-  field.column = column;
-  field.width = width;
-  field.data = std::move(data);
-  field.attributes = std::move(attributes);
-  return field;
-}
-
 enum : int {
   kNumber = 101,
   kName = 102,
@@ -64,40 +51,40 @@ enum : int {
 // One of each kind, laid out as a small asset screen.
 FieldTable SampleScreen() {
   FieldTable table = {
-      Field(kFieldStatic, 1, 1, 1, 16, "Asset number:"),
-      Field(kFieldEdit, kNumber, 1, 19, 10, "A-100", "upr,chars(0-9A-Za-z-.),key"),
-      Field(kFieldStatic, 2, 2, 1, 16, "Description:"),
-      Field(kFieldEdit, kName, 2, 19, 30, "Delivery van", "skipck"),
-      Field(kFieldStatic, 3, 3, 1, 16, "Cost:"),
-      Field(kFieldEdit, kCost, 3, 19, 12, "18250", "dollar"),
-      Field(kFieldStatic, 4, 4, 1, 16, "Placed in service:"),
-      Field(kFieldEdit, kPlaced, 4, 19, 10, "03/15/2024"),
-      Field(kFieldStatic, 5, 5, 1, 16, "Bonus taken:"),
-      Field(kFieldEdit, kBonus, 5, 19, 4, "No", "upr,h(Yes\nNo\n),button"),
-      Field(kFieldGroup, kRound, 7, 1, 1, "1",
-            "radio(Round dollars),numeric,width(16),hplus(10),y-"),
-      Field(kFieldItem, kRoundYes, 7, 2, 8, "Yes", "yplus(4)"),
-      Field(kFieldItem, kRoundNo, 8, 2, 8, "No", "yplus(4)"),
-      Field(kFieldGroup, kSchedules, 7, 19, 2, "B",
-            "checkbox(Schedules),display(220),width(14),hplus(14),y-"),
-      Field(kFieldItem, kBook, 7, 20, 8, "Book", "yplus(4)"),
-      Field(kFieldItem, kTax, 8, 20, 8, "Tax", "yplus(4)"),
-      Field(kFieldItem, kState, 9, 20, 8, "State", "yplus(4)"),
-      Field(kFieldItem, kAmt, 10, 20, 8, "AMT", "yplus(4)"),
-      Field(kFieldStatic, kChosen, 11, 19, 13, "", "yplus(12),opaque(box),clipped"),
-      Field(kFieldStatic, 6, 7, 36, 11, "Method:"),
-      Field(kFieldCombo, kMethod, 7, 48, 13, "MACRS\nStraight line\nADS\n", "dropdownlist"),
-      Field(kFieldStatic, 7, 8, 36, 11, "Convention:", "yplus(4)"),
-      Field(kFieldList, kConvention, 8, 48, 13, "Half year\nMid-quarter\nMid-month\n",
-            "height(3),yplus(4)"),
-      Field(kFieldStatic, 8, 13, 1, 16, "Notes:", "yplus(2)"),
-      Field(kFieldEdit, kNotes, 13, 19, 42, "Bought used.\r\nSecond line.",
-            "multiline,height(3),notextlimit"),
-      Field(kFieldCustom, kGauge, 17, 1, 15, ""),
-      Field(kFieldButton, kSave, 17, 36, 10, "&Save"),
-      Field(kFieldButton, kValues, 17, 48, 12, "&Values",
-            "bmp(104,30),gdiplus(kelimg/bluebutton.png),msg(Define values for this field)"),
-      Field(kFieldEnd, 0, 0, 0, 0, ""),
+      MakeField(kFieldStatic, 1, 1, 1, 16, "Asset number:"),
+      MakeField(kFieldEdit, kNumber, 1, 19, 10, "A-100", "upr,chars(0-9A-Za-z-.),key"),
+      MakeField(kFieldStatic, 2, 2, 1, 16, "Description:"),
+      MakeField(kFieldEdit, kName, 2, 19, 30, "Delivery van", "skipck"),
+      MakeField(kFieldStatic, 3, 3, 1, 16, "Cost:"),
+      MakeField(kFieldEdit, kCost, 3, 19, 12, "18250", "dollar"),
+      MakeField(kFieldStatic, 4, 4, 1, 16, "Placed in service:"),
+      MakeField(kFieldEdit, kPlaced, 4, 19, 10, "03/15/2024"),
+      MakeField(kFieldStatic, 5, 5, 1, 16, "Bonus taken:"),
+      MakeField(kFieldEdit, kBonus, 5, 19, 4, "No", "upr,h(Yes\nNo\n),button"),
+      MakeField(kFieldGroup, kRound, 7, 1, 1, "1",
+                "radio(Round dollars),numeric,width(16),hplus(10),y-"),
+      MakeField(kFieldItem, kRoundYes, 7, 2, 8, "Yes", "yplus(4)"),
+      MakeField(kFieldItem, kRoundNo, 8, 2, 8, "No", "yplus(4)"),
+      MakeField(kFieldGroup, kSchedules, 7, 19, 2, "B",
+                "checkbox(Schedules),display(220),width(14),hplus(14),y-"),
+      MakeField(kFieldItem, kBook, 7, 20, 8, "Book", "yplus(4)"),
+      MakeField(kFieldItem, kTax, 8, 20, 8, "Tax", "yplus(4)"),
+      MakeField(kFieldItem, kState, 9, 20, 8, "State", "yplus(4)"),
+      MakeField(kFieldItem, kAmt, 10, 20, 8, "AMT", "yplus(4)"),
+      MakeField(kFieldStatic, kChosen, 11, 19, 13, "", "yplus(12),opaque(box),clipped"),
+      MakeField(kFieldStatic, 6, 7, 36, 11, "Method:"),
+      MakeField(kFieldCombo, kMethod, 7, 48, 13, "MACRS\nStraight line\nADS\n", "dropdownlist"),
+      MakeField(kFieldStatic, 7, 8, 36, 11, "Convention:", "yplus(4)"),
+      MakeField(kFieldList, kConvention, 8, 48, 13, "Half year\nMid-quarter\nMid-month\n",
+                "height(3),yplus(4)"),
+      MakeField(kFieldStatic, 8, 13, 1, 16, "Notes:", "yplus(2)"),
+      MakeField(kFieldEdit, kNotes, 13, 19, 42, "Bought used.\r\nSecond line.",
+                "multiline,height(3),notextlimit"),
+      MakeField(kFieldCustom, kGauge, 17, 1, 15, ""),
+      MakeField(kFieldButton, kSave, 17, 36, 10, "&Save"),
+      MakeField(kFieldButton, kValues, 17, 48, 12, "&Values",
+                "bmp(104,30),gdiplus(kelimg/bluebutton.png),msg(Define values for this field)"),
+      MakeField(kFieldEnd, 0, 0, 0, 0, ""),
   };
   table[18].flags = 16;  // the second font
   // Cost takes amounts that are not negative.
@@ -363,9 +350,9 @@ class BuildScreenTest : public QObject {
   void CheckOnFocusLossWaitsUntilTheGroupIsLeft() {
     int checks = 0;
     FieldTable table = {
-        Field(kFieldEdit, 1, 0, 0, 4, "", "ckkillfocus,group(1-2)"),
-        Field(kFieldEdit, 2, 0, 6, 4, ""),
-        Field(kFieldEdit, 3, 0, 12, 4, ""),
+        MakeField(kFieldEdit, 1, 0, 0, 4, "", "ckkillfocus,group(1-2)"),
+        MakeField(kFieldEdit, 2, 0, 6, 4, ""),
+        MakeField(kFieldEdit, 3, 0, 12, 4, ""),
     };
     table[0].check = [&checks](FieldTable&, size_t, const std::string& text) {
       ++checks;
