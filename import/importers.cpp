@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "import/pcfas/pcfas_importer.h"
+
 namespace nv {
 namespace {
 
 constexpr ImporterEntry kImporters[] = {
-    {102, "pcfas", "Best PC/FAS", nullptr},
+    {102, "pcfas", "Best PC/FAS", MakePcFasImporter},
     {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
     {104, "faswin", "Best FAS for Windows", nullptr},
     {105, "aicpa", "AICPA Depreciation", nullptr},
@@ -17,7 +19,9 @@ constexpr ImporterEntry kImporters[] = {
 
 }  // namespace
 
-std::span<const ImporterEntry> ImporterEntries() { return kImporters; }
+std::span<const ImporterEntry> ImporterEntries() {
+  return kImporters;
+}
 
 const ImporterEntry* FindImporterByKind(std::string_view kind) {
   auto it = std::find_if(std::begin(kImporters), std::end(kImporters),

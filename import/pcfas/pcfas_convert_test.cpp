@@ -334,7 +334,8 @@ TEST(PcFasConvertTest, DecliningBalanceMethodsByPercentage) {
                                  {"175", kMethodOther},
                                  {"", kMethodOther}}) {
     f[LongBook(kIrs, 2)] = percent;
-    const NvAssetSchedule& t = Book(Convert(f, c), 'T');
+    const NvAsset a = Convert(f, c);
+    const NvAssetSchedule& t = Book(a, 'T');
     EXPECT_EQ(t.method, method) << percent;
     EXPECT_EQ(t.convention, '1');
     EXPECT_DOUBLE_EQ(t.salvage_value, 75);
@@ -343,7 +344,8 @@ TEST(PcFasConvertTest, DecliningBalanceMethodsByPercentage) {
   // "DH": only the first letter counts; the cost equals Cash and Notes, so no "S".
   f[LongBook(kIrs, 1)] = "DH";
   f[LongBook(kIrs, 2)] = "125";
-  const NvAssetSchedule& t = Book(Convert(f, c), 'T');
+  const NvAsset a = Convert(f, c);
+  const NvAssetSchedule& t = Book(a, 'T');
   EXPECT_EQ(t.method, kMethodDb125Sl);
   EXPECT_EQ(t.convention, '3');
   EXPECT_EQ(t.asset_type, "");
@@ -362,7 +364,8 @@ TEST(PcFasConvertTest, AcrsClassesFromTheStraightLineLifeOfM) {
   for (const Case& k : cases) {
     f[3] = k.property_class;
     f[LongBook(kIrs, 5)] = std::to_string(k.years);
-    const NvAssetSchedule& t = Book(Convert(f, c), 'T');
+    const NvAsset a = Convert(f, c);
+    const NvAssetSchedule& t = Book(a, 'T');
     EXPECT_EQ(t.method, kMethodAcrs);
     EXPECT_EQ(t.sl_life, (YearsMonths{k.years, 0})) << k.years;
     EXPECT_EQ(t.useful_life, (YearsMonths{k.acrs_years, 0})) << k.property_class << k.years;
@@ -381,7 +384,8 @@ TEST(PcFasConvertTest, MacrsClassLivesOfV) {
   for (const Case& k : cases) {
     f[LongBook(kIrs, 5)] = std::to_string(k.years);
     f[LongBook(kIrs, 6)] = std::to_string(k.months);
-    const NvAssetSchedule& t = Book(Convert(f, c), 'T');
+    const NvAsset a = Convert(f, c);
+    const NvAssetSchedule& t = Book(a, 'T');
     EXPECT_EQ(t.method, kMethodMacrs);
     EXPECT_EQ(t.sl_life, (YearsMonths{k.years, k.months}));
     EXPECT_EQ(t.useful_life, k.life) << k.years << "-" << k.months;
