@@ -60,7 +60,8 @@ class DataBaseFileImporter final : public Importer {
   std::string DefaultCompanyNumber(const ImportRun&) const override { return name_; }
 
   bool FillCompanyRecord(ImportRun&, NvCompanyRecord& record) override {
-    std::string letters = UsedSlotLetters();
+    record.asset_no_format = GuessDbsAssetNoFormat(bytes_, delimiter_);
+    std::string letters = UsedSlotLetters(record.asset_no_format);
     if (letters.find('C') != std::string::npos) {
       if (std::optional<std::string> arranged = ArrangeAceLetters(letters, kMaxSchedules)) {
         letters = *arranged;
@@ -70,7 +71,6 @@ class DataBaseFileImporter final : public Importer {
     for (char letter : letters) {
       record.schedules.push_back({letter, std::string(1, letter), ScheduleTypeName(letter)});
     }
-    record.asset_no_format = GuessDbsAssetNoFormat(bytes_, delimiter_);
     record.sort_order = "ACL";
     record.business_category = 1;
     record.mid_quarter_override = ' ';
@@ -99,7 +99,7 @@ class DataBaseFileImporter final : public Importer {
  private:
   // The letters of the slots that hold a schedule in some record, in the order of their
   // slots; the first record's letters when none does.
-  std::string UsedSlotLetters() const {
+  std::string UsedSlotLetters(const NvAssetNoFormat& format) const {
     std::string used;
     std::string first;
     DbsLineReader lines(bytes_);
@@ -108,7 +108,7 @@ class DataBaseFileImporter final : public Importer {
       // Read every letter's slot by taking the record's own letters as the company's.
       const std::string letters = SlotLettersOf(*line);
       if (first.empty()) first = letters;
-      ReadDbsRecord(*line, delimiter_, NvAssetNoFormat{}, letters, &asset);
+      ReadDbsRecord(*line, delimiter_, format, letters, &asset);
       for (size_t i = 0; i < asset.schedule_letters.size(); ++i) {
         const char letter = asset.schedule_letters[i];
         if (letter < 'A' || letter > 'Z' || used.find(letter) != std::string::npos) continue;
