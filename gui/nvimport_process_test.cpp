@@ -120,42 +120,39 @@ TEST_F(NvimportProcess, GoodStartRunsCloseInEitherCaseOfToken) {
   EXPECT_EQ(term.rfind("\"7.1A\",\"" + dir_.path() + "/\",", 0), 0u) << term;
 }
 
-// One import from the button, through the real binary: PC/FAS (command 102), with a
-// company header and one asset of the long layout written here.
-TEST_F(NvimportProcess, PcFasImportFromItsButtonMakesTheCompany) {
+// Command 102 imports a PC/FAS company: a header and one asset of the long layout.
+TEST_F(NvimportProcess, PcFasImportCommandMakesACompany) {
   const std::string folder = dir_.path() + "/ACME";
   ASSERT_EQ(::mkdir(folder.c_str(), 0755), 0);
   std::string header(256, ' ');
-  header.replace(0, 12, "Acme Widgets");
   header.replace(219, 2, "YY");  // IRS and internal book
   std::ofstream(folder + "/COMPANY1.FAS", std::ios::binary) << header;
-  std::vector<std::string> fields(120);
-  fields[0] = "17";
-  fields[1] = "A";
-  fields[4] = "Lathe";
-  fields[34] = "2500";  // IRS cost, method S
-  fields[35] = "S";
-  std::string line;
-  for (const std::string& field : fields) line += (line.empty() ? "" : ",") + field;
-  std::ofstream(folder + "/MASTER.ASC", std::ios::binary) << line << "\r\n";
-
-  WriteScript("command 102\nfile " + folder +
-              "/COMPANY1.FAS\ntext ACME\nsave\nyes\nok\ncommand 1\n");
-  ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
+  // Number 17, status A, IRS cost 2500 (field 34) by straight line (35).
+  std::ofstream(folder + "/MASTER.ASC", std::ios::binary)
+      << "17,A" << std::string(33, ',') << "2500,S" << std::string(84, ',') << "\r\n";
+  WriteScript("command 102\nfile " + folder + "/COMPANY1.FAS\ntext ACME\nsave\nyes\nok\n");
+  const ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
   EXPECT_EQ(run.exit_code, 0) << run.transcript;
-  EXPECT_NE(run.transcript.find("command 102 \"Best PC/FAS\"\nfile-open title=\"Select PC/FAS "
-                                "Company File\""),
-            std::string::npos)
+  EXPECT_NE(
+      run.transcript.find("progress title=\"PC/FAS Import\" text=\"Copying PC/FAS assets\\n \""),
+      std::string::npos)
       << run.transcript;
-  EXPECT_NE(run.transcript.find("progress title=\"PC/FAS Import\" text=\"Copying PC/FAS "
-                                "assets\\n \""),
-            std::string::npos)
-      << run.transcript;
-  EXPECT_NE(run.transcript.find("message title=\"Done\" text=\"1 assets copied.\""),
-            std::string::npos)
-      << run.transcript;
-  EXPECT_TRUE(run.transcript.ends_with("command 1 \"Close\"\nwindow closed\n")) << run.transcript;
-  EXPECT_NE(ReadAll(dir_.File("MASTER.A")).find("ACME"), std::string::npos);
+  EXPECT_NE(run.transcript.find("text=\"1 assets copied.\""), std::string::npos) << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("ACME.A")).good());
+}
+
+// Command 106 reads a whole-company text file into a new company.
+TEST_F(NvimportProcess, TextImportCommandMakesACompanyFromATextFile) {
+  const std::string general = "1500" + std::string(20, '\t');
+  std::ofstream(dir_.File("SHOP.DBS"), std::ios::binary)
+      << "BT\t" << general << "1.01\tPress" << std::string(17, '\t') << "2\r\n"
+      << "BT\t" << general << "2.01\tLathe" << std::string(17, '\t') << "2\r\n";
+  WriteScript("command 106\nyes\nfile " + dir_.File("SHOP.DBS") +
+              "\nchoose-text Tab-Delimited\ntext SHOP\nsave\nyes\n");
+  const ProcessResult run = Start({"/pid:77", "IMPORT"}, TenLines("77"));
+  EXPECT_EQ(run.exit_code, 0) << run.transcript;
+  EXPECT_NE(run.transcript.find("text=\"2 assets copied.\""), std::string::npos) << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("SHOP.A")).good());
 }
 
 }  // namespace

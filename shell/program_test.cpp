@@ -63,7 +63,9 @@ class ScriptedProgramTest : public ::testing::Test {
 
 TEST_F(ScriptedProgramTest, ImportRunsCommandsInOrderUntilClose) {
   EXPECT_EQ(Run({"/PID:abc", "import"},
-                "# two imports, then help\ncommand 102\ncancel\ncommand 106\ncommand 9\n"
+                "# two imports, each cancelled at once, then help\ncommand 102\ncancel\ncommand "
+                "106\ncancel\n"
+                "command 9\n"
                 "command 1\ncommand 103\n"),
             0);
   // What each import shows is its own business; the commands run in order, Close ends the
