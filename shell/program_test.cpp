@@ -63,10 +63,8 @@ class ScriptedProgramTest : public ::testing::Test {
 
 TEST_F(ScriptedProgramTest, ImportRunsCommandsInOrderUntilClose) {
   EXPECT_EQ(Run({"/PID:abc", "import"},
-                "# two imports, each cancelled at once, then help\ncommand 102\ncancel\ncommand "
-                "106\ncancel\n"
-                "command 9\n"
-                "command 1\ncommand 103\n"),
+                "# two imports, each cancelled at once, then help\n"
+                "command 102\ncancel\ncommand 106\ncancel\ncommand 9\ncommand 1\ncommand 103\n"),
             0);
   // What each import shows is its own business; the commands run in order, Close ends the
   // run and the command after it is never reached.
