@@ -3,7 +3,8 @@
 // every tenth asset disposed), once imported whole through RunImport on a scripted Ui into
 // a new company of a temporary installation, and once only read into memory as records.
 // The import's time over the parse's is the ratio to watch; items per second give the
-// cost per asset at both sizes.
+// cost per asset at both sizes. A third run reads and converts without storing, to tell the
+// importer's own share from the company store's.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -15,6 +16,7 @@
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "bench/bench_folder.h"
+#include "import/pcfas/pcfas_convert.h"
 #include "import/pcfas/pcfas_importer.h"
 #include "import/pcfas/pcfas_source.h"
 #include "store/company/asset_testing.h"
@@ -111,6 +113,31 @@ void BM_PcFasPlainParse(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * n);
 }
 
+// The importer's own share: every record read and converted, nothing stored.
+void BM_PcFasParseAndConvert(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  MakeSource(n);
+  PcFasConversion conversion;
+  conversion.layout = PcFasLayout::kLong;
+  conversion.schedule_letters = "TBSA";
+  conversion.account_field = PcFasSourceItemField(101);
+  for (auto _ : state) {
+    std::optional<std::string> bytes = ReadFileBytes(SourceFolder(n) + "/MASTER.ASC");
+    if (!bytes) std::abort();
+    PcFasMasterReader reader = PcFasMasterReader::FromBytes(*bytes);
+    PcFasRecord record;
+    NvAsset asset;
+    int converted = 0;
+    while (reader.Next(&record)) {
+      ConvertPcFasRecord(record.fields, conversion, &asset);
+      benchmark::DoNotOptimize(asset.cash_and_notes);
+      ++converted;
+    }
+    if (converted != n) std::abort();
+  }
+  state.SetItemsProcessed(state.iterations() * n);
+}
+
 void BM_PcFasWholeImport(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
   MakeSource(n);
@@ -131,6 +158,7 @@ void BM_PcFasWholeImport(benchmark::State& state) {
 }
 
 BENCHMARK(BM_PcFasPlainParse)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PcFasParseAndConvert)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PcFasWholeImport)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

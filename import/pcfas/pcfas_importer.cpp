@@ -1,5 +1,7 @@
 #include "import/pcfas/pcfas_importer.h"
 
+#include <algorithm>
+
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/file_util.h"
@@ -180,7 +182,12 @@ bool PcFasImporter::CopyAssets(ImportRun& run, AddStep& add) {
     read_at += static_cast<uint64_t>(got);
     return static_cast<size_t>(got);
   });
-  add.OpenMeter(static_cast<long>(file->Size().value_or(0)));
+  const uint64_t size = file->Size().value_or(0);
+  add.OpenMeter(static_cast<long>(size));
+  // The meter moves in steps of half a percent: each move lets the window repaint, which
+  // would cost more than the asset itself.
+  const uint64_t step = std::max<uint64_t>(size / 200, 1);
+  uint64_t shown = 0;
 
   PcFasRecord source;
   NvAsset asset;
@@ -203,8 +210,12 @@ bool PcFasImporter::CopyAssets(ImportRun& run, AddStep& add) {
       ConvertPcFasRecord(source.fields, conversion, &asset);
       add.Add(asset, where);
     }
-    add.SetMeterPosition(static_cast<long>(reader.offset()));
+    if (reader.offset() - shown >= step) {
+      shown = reader.offset();
+      add.SetMeterPosition(static_cast<long>(shown));
+    }
   }
+  add.SetMeterPosition(static_cast<long>(reader.offset()));
   return true;
 }
 
