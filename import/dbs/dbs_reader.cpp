@@ -194,7 +194,7 @@ std::optional<std::string_view> DbsLineReader::Next() {
     const size_t feed = rest.find('\n');
     std::string_view line = rest.substr(0, std::min(feed, kTextRecordMaxLength));
     const bool whole = line.size() == (feed == std::string_view::npos ? rest.size() : feed);
-    position_ += line.size() + (whole ? 1 : 0);
+    position_ += line.size() + (whole && feed != std::string_view::npos ? 1 : 0);
     ++line_number_;
     if (whole && !line.empty() && line.back() == '\r') line.remove_suffix(1);
     if (line.find_first_not_of(' ') == std::string_view::npos) continue;
