@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "import/mba/mba_importer.h"
+
 namespace nv {
 namespace {
 
@@ -12,12 +14,14 @@ constexpr ImporterEntry kImporters[] = {
     {105, "aicpa", "AICPA Depreciation", nullptr},
     {106, "text", "the NORVANE text format", nullptr},
     {107, "bna", "BNA Next Dimension", nullptr},
-    {108, "mba", "MBA Software", nullptr},
+    {108, "mba", "MBA Software", &MakeMbaImporter},
 };
 
 }  // namespace
 
-std::span<const ImporterEntry> ImporterEntries() { return kImporters; }
+std::span<const ImporterEntry> ImporterEntries() {
+  return kImporters;
+}
 
 const ImporterEntry* FindImporterByKind(std::string_view kind) {
   auto it = std::find_if(std::begin(kImporters), std::end(kImporters),

@@ -65,8 +65,8 @@ TEST(MbaSourceTest, ALongerLineReadsTheSameAndAShorterOneOnlyWhatItHas) {
   const std::string full = FullLine().text();
   ASSERT_EQ(full.size(), 490u);
   // Text past the last column is not read, and is not taken for another line.
-  const std::string longer = full + std::string(800, '9') + "S0399EXTRA";
-  const std::vector<MbaSourceLine> lines = SplitMbaLines(longer + "\n");
+  const std::string longer = full + std::string(800, '9') + "S0399EXTRA\n";
+  const std::vector<MbaSourceLine> lines = SplitMbaLines(longer);
   ASSERT_EQ(lines.size(), 1u);
   const MbaLine a = ParseMbaLine(lines[0].text);
   const MbaLine b = ParseMbaLine(full);
