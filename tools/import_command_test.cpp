@@ -7,7 +7,6 @@
 #include "base/file.h"
 #include "base/temp_dir_testing.h"
 #include "import/frame/frame_testing.h"
-#include "import/mba/mba_testing.h"
 #include "store/company/asset_testing.h"
 #include "store/store_testing.h"
 
@@ -136,27 +135,6 @@ TEST_F(ImportCommandRunTest, RefusesBeforeTouchingAnything) {
   std::ostringstream out, err;
   EXPECT_EQ(RunImportCommand(not_built, out, err), 1);
   EXPECT_NE(err.str().find("not available in this build"), std::string::npos);
-}
-
-TEST_F(ImportCommandRunTest, MbaRunsFromTheRegistryAndErasesWhenTold) {
-  options_.kind = "mba";
-  options_.source = dir_.path() + "/fixed.txt";
-  testing::MbaLineText desk('A', "0110DESK1");
-  desk.Cost("900").Acquired("010124").Book(0, 'S', "7", "900", "0", "0");
-  testing::MbaLineText chair('S', "0110CHAIR2");
-  chair.Cost("150").Acquired("010124").Disposed("063024");
-  WriteText(options_.source, desk.text() + "\n" + chair.text() + "\n");
-  std::ostringstream out, err;
-  ASSERT_EQ(RunImportCommand(options_, out, err), 0) << out.str() << err.str();
-  EXPECT_NE(out.str().find("text=\"2 assets copied.\""), std::string::npos) << out.str();
-
-  options_.existing = "erase";
-  out.str("");
-  ASSERT_EQ(RunImportCommand(options_, out, err), 0) << out.str() << err.str();
-  EXPECT_NE(out.str().find("-> choose 1 \"Erase existing company's assets only\""),
-            std::string::npos)
-      << out.str();
-  EXPECT_NE(out.str().find("text=\"2 assets copied.\""), std::string::npos) << out.str();
 }
 
 }  // namespace
