@@ -22,9 +22,10 @@ class MbaImporterTest : public ::testing::Test {
   MbaImporterTest() : ctx_(ContextFor(dir_.path())) {
     source_ = dir_.path() + "/plantassets.txt";
     MbaLineText press('A', "0102PRESS123");
-    press.Description("Hydraulic press")
+    press.Description("Hydraulic press with tooling, spare dies")
         .Cost("12500.00")
         .Acquired("031598")
+        .Disposed("063024")
         .MidQuarter()
         .Accounts("1500", "1510", "6100")
         .Book(0, 'M', "7", "12500.00", "0", "9000.00");
@@ -91,9 +92,7 @@ TEST_F(MbaImporterTest, ANewCompanyGetsItsRecordAndEveryLineAsAnAsset) {
   ASSERT_GT(company.Open("PLANT", NvCompany::kOpenI1 | NvCompany::kReadOnly, *Script("")), 0);
   const NvCompanyRecord& record = company.record();
   EXPECT_EQ(record.name, "");
-  EXPECT_EQ(record.schedule_letters, "T");
-  ASSERT_EQ(record.schedules.size(), 1u);
-  EXPECT_EQ(record.schedules[0], (ScheduleEntry{'T', "T", "Tax"}));
+  EXPECT_EQ(record.schedules, (std::vector<ScheduleEntry>{{'T', "T", "Tax"}}));
   EXPECT_EQ(record.sort_order, "ACL");
   EXPECT_EQ(record.business_category, 1);
   EXPECT_FALSE(record.round_dollars);
@@ -109,20 +108,19 @@ TEST_F(MbaImporterTest, ANewCompanyGetsItsRecordAndEveryLineAsAnAsset) {
   EXPECT_EQ(press.user_fields[1], "0102PRESS123");
   EXPECT_EQ(press.location, "01");
   EXPECT_EQ(press.category, "02");
-  EXPECT_EQ(press.description, "Hydraulic press");
+  EXPECT_EQ(press.description, "Hydraulic press with tooling,");
   EXPECT_DOUBLE_EQ(press.cash_and_notes, 12500);
   EXPECT_EQ(press.purchase_date, (Date{3, 15, 1998}));
   EXPECT_EQ(press.date_in_service, (Date{3, 15, 1998}));
   EXPECT_EQ(press.account, "1500");
   EXPECT_FALSE(press.disposed());
+  EXPECT_TRUE(press.disposal_date.empty()) << "active: the disposal date is not read";
   const NvAssetSchedule& macrs = press.schedules.at(0);
   EXPECT_EQ(macrs.method, kMethodMacrs);
   EXPECT_EQ(macrs.convention, 'Q');
-  EXPECT_EQ(macrs.business_percent, 100);
   EXPECT_EQ(macrs.useful_life, (YearsMonths{7, 0}));
   EXPECT_DOUBLE_EQ(macrs.substitute_basis, 0);
   EXPECT_DOUBLE_EQ(macrs.prior_allowed_depr, 9000);
-  EXPECT_DOUBLE_EQ(macrs.prior_allowable_depr, 9000);
 
   NvAsset truck;
   ASSERT_EQ(company.FindAsset("11045", &truck), 0);
@@ -152,10 +150,8 @@ TEST_F(MbaImporterTest, ANewCompanyGetsItsRecordAndEveryLineAsAnAsset) {
   // The account groups the lines called for, read back from PLANT.ACG.
   AccountGroupList groups;
   ASSERT_EQ(LoadAccountGroups(dir_.path() + "/", "PLANT", &groups), 2);
-  EXPECT_EQ(groups.groups[0].code, "1500");
-  EXPECT_EQ(groups.groups[0].accounts, (std::array<std::string, 4>{"6100", "1510", "", ""}));
-  EXPECT_EQ(groups.groups[1].code, "1600");
-  EXPECT_EQ(groups.groups[1].accounts, (std::array<std::string, 4>{"6200", "1610", "", ""}));
+  EXPECT_EQ(groups.groups[0], (AccountGroup{"1500", "", {"6100", "1510", "", ""}}));
+  EXPECT_EQ(groups.groups[1], (AccountGroup{"1600", "", {"6200", "1610", "", ""}}));
   EXPECT_EQ(groups.file_name, "PLANT.EX1") << "a new file has the default settings";
 }
 

@@ -26,14 +26,6 @@ Numbered NumberIds(const std::vector<std::string>& ids) {
   return result;
 }
 
-TEST(MbaNumberingTest, DecimalDigitsCountsZeroAsNone) {
-  EXPECT_EQ(DecimalDigits(0), 0);
-  EXPECT_EQ(DecimalDigits(9), 1);
-  EXPECT_EQ(DecimalDigits(10), 2);
-  EXPECT_EQ(DecimalDigits(999999), 6);
-  EXPECT_EQ(DecimalDigits(1000000), 7);
-}
-
 TEST(MbaNumberingTest, Scheme0PlacesCodeMiddleAndNumberSideBySide) {
   // Three codes (0102, 0103, 0201), two middle texts ("" and "AB"), numbers up to 9,999:
   // a = 1, b = 1, n = 4, so P = 10^5 and Q = 10^4.
@@ -45,12 +37,6 @@ TEST(MbaNumberingTest, Scheme0PlacesCodeMiddleAndNumberSideBySide) {
   EXPECT_DOUBLE_EQ(n.numbering.p(), 100000);
   EXPECT_DOUBLE_EQ(n.numbering.q(), 10000);
   EXPECT_EQ(n.numbers, (std::vector<double>{109999, 1, 200500, 10007, 210000}));
-}
-
-TEST(MbaNumberingTest, TheSpecimenOfThreeCodesOneMiddleAndFourDigitsIsScheme0) {
-  Numbered n = NumberIds({"010212", "03049999", "05061"});
-  EXPECT_EQ(n.numbering.scheme(), 0);
-  EXPECT_EQ(n.numbers, (std::vector<double>{12, 109999, 200001}));
 }
 
 TEST(MbaNumberingTest, Scheme8GivesMiddleTextsPlacesAfterTheCodes) {
