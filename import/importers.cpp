@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "import/dbs/dbs_importer.h"
+#include "import/mba/mba_importer.h"
 
 namespace nv {
 namespace {
@@ -14,12 +15,14 @@ constexpr ImporterEntry kImporters[] = {
     {105, "aicpa", "AICPA Depreciation", nullptr},
     {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
     {107, "bna", "BNA Next Dimension", nullptr},
-    {108, "mba", "MBA Software", nullptr},
+    {108, "mba", "MBA Software", &MakeMbaImporter},
 };
 
 }  // namespace
 
-std::span<const ImporterEntry> ImporterEntries() { return kImporters; }
+std::span<const ImporterEntry> ImporterEntries() {
+  return kImporters;
+}
 
 const ImporterEntry* FindImporterByKind(std::string_view kind) {
   auto it = std::find_if(std::begin(kImporters), std::end(kImporters),
