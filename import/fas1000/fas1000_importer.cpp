@@ -1,6 +1,7 @@
 #include "import/fas1000/fas1000_importer.h"
 
 #include "base/ascii.h"
+#include "base/file.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "import/fas1000/fas1000_convert.h"
@@ -39,6 +40,18 @@ std::string FolderName(const ImportState& state) {
 // A file beside COMPANY.SAF, found ignoring case; nullopt when it is not there.
 std::optional<std::string> Beside(const ImportState& state, std::string_view name) {
   return FindFileIgnoringCase(state.source_folder.empty() ? "." : state.source_folder, name);
+}
+
+// The first `size` bytes of a file (fewer when it is shorter); nullopt when it cannot be
+// read. Only the heads of COMPANY.SAF and cmpsetup.dat are wanted, however long they are.
+std::optional<std::string> ReadHead(const std::string& path, size_t size) {
+  std::optional<File> file = File::Open(path, File::Mode::kRead);
+  if (!file) return std::nullopt;
+  std::string bytes(size, '\0');
+  const int64_t got = file->ReadSomeAt(0, bytes.data(), size);
+  if (got < 0) return std::nullopt;
+  bytes.resize(static_cast<size_t>(got));
+  return bytes;
 }
 
 // The field matching panel's items: FAS label fields to the account number and three
@@ -93,11 +106,11 @@ class Fas1000Importer final : public Importer {
 
   bool FillCompanyRecord(ImportRun& run, NvCompanyRecord& record) override {
     ImportState& state = run.state();
-    std::optional<std::string> bytes = ReadFileBytes(state.source_path);
+    std::optional<std::string> bytes = ReadHead(state.source_path, kCompanyHeaderSize);
     std::optional<CompanyHeader> header =
         bytes ? ParseCompanyHeader(*bytes) : std::optional<CompanyHeader>();
     if (!header) return false;  // the import ends here, as FAS's own header is unreadable
-    state.source_header = bytes->substr(0, kCompanyHeaderSize);
+    state.source_header = *bytes;
     record.name = header->name;
     record.round_dollars = header->round_dollars;
     record.ein.clear();
@@ -171,7 +184,9 @@ class Fas1000Importer final : public Importer {
   static std::vector<ScheduleEntry> Schedules(ImportRun& run) {
     std::optional<BooksUsed> books;
     if (std::optional<std::string> path = Beside(run.state(), kSetupFileName)) {
-      if (std::optional<std::string> bytes = ReadFileBytes(*path)) books = ParseBookSetup(*bytes);
+      if (std::optional<std::string> bytes = ReadHead(*path, kSetupSize)) {
+        books = ParseBookSetup(*bytes);
+      }
     }
     if (!books) {
       run.ui().Message(kFasSetupMissingNote, "Note");
