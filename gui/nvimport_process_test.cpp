@@ -121,6 +121,20 @@ TEST_F(NvimportProcess, GoodStartRunsCloseInEitherCaseOfToken) {
   EXPECT_EQ(term.rfind("\"7.1A\",\"" + dir_.path() + "/\",", 0), 0u) << term;
 }
 
+// Command 106 reads a whole-company text file into a new company.
+TEST_F(NvimportProcess, TextImportCommandMakesACompanyFromATextFile) {
+  const std::string general = "1500" + std::string(20, '\t');
+  std::ofstream(dir_.File("SHOP.DBS"), std::ios::binary)
+      << "BT\t" << general << "1.01\tPress" << std::string(17, '\t') << "2\r\n"
+      << "BT\t" << general << "2.01\tLathe" << std::string(17, '\t') << "2\r\n";
+  WriteScript("command 106\nyes\nfile " + dir_.File("SHOP.DBS") +
+              "\nchoose-text Tab-Delimited\ntext SHOP\nsave\nyes\n");
+  const ProcessResult run = Start({"/pid:77", "IMPORT"}, TenLines("77"));
+  EXPECT_EQ(run.exit_code, 0) << run.transcript;
+  EXPECT_NE(run.transcript.find("text=\"2 assets copied.\""), std::string::npos) << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("SHOP.A")).good());
+}
+
 // One import through the real binary: the FAS 1000/2000 button, a company folder written
 // from the layouts, and the answers a person would give.
 TEST_F(NvimportProcess, Fas1000ImportRunsFromItsButtonToTheCount) {
@@ -135,24 +149,11 @@ TEST_F(NvimportProcess, Fas1000ImportRunsFromItsButtonToTheCount) {
   std::ofstream(source + "assetgen.asc", std::ios::binary)
       << ColumnLine().At(0, Key("1")).At(24, "A").At(77, "Press").str() << "\r\n"
       << ColumnLine().At(0, Key("2")).At(24, "A").At(77, "Lathe").str() << "\r\n";
-  std::ofstream(source + "bookdata.asc", std::ios::binary) << ColumnLine()
-                                                                  .At(0, Key("1"))
-                                                                  .At(11, "0")
-                                                                  .At(13, "010524")
-                                                                  .At(20, "900")
-                                                                  .At(36, "SL")
-                                                                  .At(43, "0500")
-                                                                  .str()
-                                                           << "\r\n"
-                                                           << ColumnLine()
-                                                                  .At(0, Key("2"))
-                                                                  .At(11, "1")
-                                                                  .At(13, "020124")
-                                                                  .At(20, "400")
-                                                                  .At(36, "SL")
-                                                                  .At(43, "0300")
-                                                                  .str()
-                                                           << "\r\n";
+  const std::string press =
+      ColumnLine().At(0, Key("1")).At(11, "0").At(13, "010524").At(20, "900").At(36, "SL").str();
+  const std::string lathe =
+      ColumnLine().At(0, Key("2")).At(11, "1").At(13, "020124").At(20, "400").At(36, "SL").str();
+  std::ofstream(source + "bookdata.asc", std::ios::binary) << press << "\r\n" << lathe << "\r\n";
   WriteScript("command 103\nfile " + source +
               "COMPANY.SAF\ntext FASCO\nsave\nyes\nok\ncommand 1\n");
 
