@@ -146,8 +146,9 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
       *error = "unknown option " + arg + " for " + options.kind + " (options: " + known + ")";
       return std::nullopt;
     }
+    const std::string& given = value;
     auto it = std::find_if(option->values.begin(), option->values.end(),
-                           [&](const auto& pair) { return pair.first == value; });
+                           [&given](const auto& pair) { return pair.first == given; });
     if (it == option->values.end()) {
       *error = arg + " takes " + OptionValues(*option) + ", not '" + value + "'";
       return std::nullopt;

@@ -14,14 +14,10 @@ constexpr int kBasisAt = 1;  // + 4 x slot + amount
 constexpr int kNumberAt = 21;
 constexpr int kDescriptionAt = 22;
 constexpr int kLocationAt = 23;
-constexpr int kCashAt = 26;
-constexpr int kInServiceAt = 29;
 constexpr int kUserFieldAt = 34;  // + index
 constexpr int kBlockAt = 39;      // + 17 x slot + field
 constexpr int kMethod = 0, kListed = 1, kAssetType = 3, kUsefulLife = 5, kConvention = 10,
               kCurrentDepr = 16;
-constexpr int kDisposalCodeAt = 124;
-constexpr int kTransferredAt = 125;
 constexpr int kSaleAt = 128;
 constexpr int kFieldCount = 129;
 
