@@ -17,6 +17,7 @@
 
 #include "base/temp_dir_testing.h"
 #include "import/fas1000/fas1000_testing.h"
+#include "import/mba/mba_testing.h"
 
 namespace nv {
 namespace {
@@ -119,6 +120,26 @@ TEST_F(NvimportProcess, GoodStartRunsCloseInEitherCaseOfToken) {
   // Start-up wrote the single-user configuration pointing at the installation.
   std::string term = ReadAll(dir_.File("TERM.1"));
   EXPECT_EQ(term.rfind("\"7.1A\",\"" + dir_.path() + "/\",", 0), 0u) << term;
+}
+
+// One importer end to end in the real binary: the import window's MBA command, through the
+// file dialog, the company number and the company screen, into a new company.
+TEST_F(NvimportProcess, TheMbaCommandImportsAFileIntoANewCompany) {
+  testing::MbaLineText press('A', "0102PRESS12");
+  press.Description("Press").Cost("1200").Acquired("031598").Accounts("1500", "1510", "6100");
+  const std::string source = dir_.File("mbafa.txt");
+  std::ofstream(source, std::ios::binary) << press.text() << "\r\n";
+  WriteScript("command 108\ncommand 1\nfile " + source + "\ntext MBA1\nsave\nyes\n");
+  ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_NE(run.transcript.find("prompt=\"NORVANE company number.\" text=\"MBAFA\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_NE(run.transcript.find("message title=\"Done\" text=\"1 assets copied.\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("MBA1.A")).good());
+  EXPECT_TRUE(std::ifstream(dir_.File("MBA1.ACG")).good());
 }
 
 // Command 106 reads a whole-company text file into a new company.

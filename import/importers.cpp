@@ -4,6 +4,7 @@
 
 #include "import/dbs/dbs_importer.h"
 #include "import/fas1000/fas1000_importer.h"
+#include "import/mba/mba_importer.h"
 
 namespace nv {
 namespace {
@@ -15,7 +16,7 @@ constexpr ImporterEntry kImporters[] = {
     {105, "aicpa", "AICPA Depreciation", nullptr},
     {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
     {107, "bna", "BNA Next Dimension", nullptr},
-    {108, "mba", "MBA Software", nullptr},
+    {108, "mba", "MBA Software", &MakeMbaImporter},
 };
 
 }  // namespace
