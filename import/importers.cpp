@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "import/dbs/dbs_importer.h"
+#include "import/fas1000/fas1000_importer.h"
 #include "import/mba/mba_importer.h"
 
 namespace nv {
@@ -10,7 +11,7 @@ namespace {
 
 constexpr ImporterEntry kImporters[] = {
     {102, "pcfas", "Best PC/FAS", nullptr},
-    {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
+    {103, "fas1000", "Best FAS1000 or FAS2000", &MakeFas1000Importer},
     {104, "faswin", "Best FAS for Windows", nullptr},
     {105, "aicpa", "AICPA Depreciation", nullptr},
     {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
