@@ -1,5 +1,6 @@
 #include "export/text_file_export.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -123,7 +124,11 @@ TextFileResult WriteTextFile(const InstallationContext& context, const TextFileR
   }
   TextFileOutput output(std::move(*file));
   const TextRecordWriter writer(company.record(), *type);
-  const uint32_t highest = company.blocks().highest_record();
+  // The counters in the company record say how far to go; a damaged one must not send the
+  // walk past the blocks the file holds.
+  const uint64_t in_file = company.blocks().RecordsInFile();
+  const uint32_t highest = static_cast<uint32_t>(
+      std::min<uint64_t>(company.blocks().highest_record(), in_file > 0 ? in_file - 1 : 0));
   bool write_failed = false;
   {
     std::unique_ptr<ProgressMeter> meter = ui.OpenProgress(

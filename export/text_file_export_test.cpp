@@ -99,6 +99,20 @@ TEST_F(TextFileExportTest, WritesTheAssetsInRecordOrderAndCountsTheDamagedOne) {
       << t;
 }
 
+TEST_F(TextFileExportTest, ACounterPastTheFileDoesNotLengthenTheWalk) {
+  // The company record begins in block 0's data (offset 7) with the u32 highest record.
+  auto blocks = testing::ReadAll(dir_.File("ACME.A"));
+  const size_t in_file = blocks.size() / kBlockLength;
+  blocks.at(7 + 2) = 0x10;  // 0x00100000 and more: far past the file's blocks
+  testing::WriteAll(dir_.File("ACME.A"), blocks);
+  auto ui = Script("choose 3\n");
+  const TextFileResult result = WriteTextFile(ctx_, Request(dir_.path()), *ui);
+  EXPECT_EQ(result.copied, 2u);
+  EXPECT_EQ(result.erroneous, 1u);
+  EXPECT_NE(ui->transcript().find(" total=" + std::to_string(in_file - 1) + " "), std::string::npos)
+      << ui->transcript();
+}
+
 TEST_F(TextFileExportTest, NothingIsWrittenWhenTheRunCannotStart) {
   auto closed = Script("close\n");
   EXPECT_FALSE(WriteTextFile(ctx_, Request(dir_.path()), *closed).written);
