@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "import/dbs/dbs_importer.h"
+
 namespace nv {
 namespace {
 
@@ -10,7 +12,7 @@ constexpr ImporterEntry kImporters[] = {
     {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
     {104, "faswin", "Best FAS for Windows", nullptr},
     {105, "aicpa", "AICPA Depreciation", nullptr},
-    {106, "text", "the NORVANE text format", nullptr},
+    {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
     {107, "bna", "BNA Next Dimension", nullptr},
     {108, "mba", "MBA Software", nullptr},
 };

@@ -74,8 +74,11 @@ class OptionsUi final : public ScriptedUi {
   }
 
   int ChoiceList(const ChoiceListRequest& request) override {
-    if (request.message ==
-        StrPrintf(kCompanyExistsMessage, options_.number.c_str(), product_.c_str())) {
+    if (auto it = options_.prompt_answers.find(request.message);
+        it != options_.prompt_answers.end()) {
+      PushAnswers({Reply(Kind::kChooseText, it->second)});
+    } else if (request.message ==
+               StrPrintf(kCompanyExistsMessage, options_.number.c_str(), product_.c_str())) {
       const std::string wanted = ExistingOption();
       bool offered = false;
       for (const ChoiceOption& option : request.options) offered |= option.text == wanted;
@@ -94,9 +97,12 @@ class OptionsUi final : public ScriptedUi {
   }
 
   Answer Question(std::string_view text, DefaultButton default_button) override {
-    // The confirmations of the --existing choice.
-    if ((options_.existing == "erase" && text == kEraseQuestion) ||
-        (options_.existing == "add" && text == kDuplicatesQuestion)) {
+    // The importer's own questions, then the confirmations of the --existing choice.
+    if (auto it = options_.prompt_answers.find(std::string(text));
+        it != options_.prompt_answers.end()) {
+      PushAnswers({Reply(it->second == "yes" ? Kind::kYes : Kind::kNo)});
+    } else if ((options_.existing == "erase" && text == kEraseQuestion) ||
+               (options_.existing == "add" && text == kDuplicatesQuestion)) {
       PushAnswers({Reply(Kind::kYes)});
     } else {
       const bool yes = default_button == DefaultButton::kYes;

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cctype>
 
 #include "base/ascii.h"
+#include "import/dbs/dbs_importer.h"
 #include "import/importers.h"
 #include "store/company/company.h"
 #include "tools/import_command.h"
@@ -34,12 +36,42 @@ bool SplitPairs(std::string_view list, std::vector<std::pair<std::string, std::s
   }
 }
 
+const ImporterOption* FindImporterOption(std::string_view kind, std::string_view option) {
+  for (const ImporterOption& o : ImporterOptions()) {
+    if (o.kind == kind && o.option == option) return &o;
+  }
+  return nullptr;
+}
+
+std::string OptionValues(const ImporterOption& option) {
+  std::string values;
+  for (const auto& [value, answer] : option.values) {
+    values += (values.empty() ? "" : "|") + std::string(value);
+  }
+  return values;
+}
+
 }  // namespace
+
+const std::vector<ImporterOption>& ImporterOptions() {
+  static const std::vector<ImporterOption> options = {
+      {"text",
+       "--type",
+       kSelectRecordTypeMessage,
+       {{"tab", kImportRecordTypes[0]},
+        {"comma", kImportRecordTypes[1]},
+        {"fixed", kImportRecordTypes[2]}},
+       true},
+      {"text", "--user-fields", kFiveUserFieldsImportQuestion, {{"yes", "yes"}, {"no", "no"}}},
+  };
+  return options;
+}
 
 std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::string>& args,
                                                        std::string* error) {
   ImportCommandOptions options;
   std::vector<std::string> positional;
+  std::vector<std::pair<std::string, std::string>> own_options;  // checked once KIND is known
   for (size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
     if (!arg.starts_with("--")) {
@@ -85,10 +117,7 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
         }
       }
     } else {
-      // The importers' own questions get options of their own as they are built; until an
-      // importer names one, every other option is a mistake.
-      *error = "unknown option " + arg + " (options: --existing, --company, --match, --books)";
-      return std::nullopt;
+      own_options.emplace_back(arg, value);
     }
   }
   if (positional.size() != 4) {
@@ -106,6 +135,32 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     }
     *error = "unknown kind '" + options.kind + "' (kinds: " + kinds + ")";
     return std::nullopt;
+  }
+  for (const auto& [arg, value] : own_options) {
+    const ImporterOption* option = FindImporterOption(options.kind, arg);
+    if (option == nullptr) {
+      std::string known = "--existing, --company, --match, --books";
+      for (const ImporterOption& o : ImporterOptions()) {
+        if (o.kind == options.kind) known += ", " + std::string(o.option);
+      }
+      *error = "unknown option " + arg + " for " + options.kind + " (options: " + known + ")";
+      return std::nullopt;
+    }
+    const std::string& given = value;
+    auto it = std::find_if(option->values.begin(), option->values.end(),
+                           [&given](const auto& pair) { return pair.first == given; });
+    if (it == option->values.end()) {
+      *error = arg + " takes " + OptionValues(*option) + ", not '" + value + "'";
+      return std::nullopt;
+    }
+    options.prompt_answers[std::string(option->prompt)] = std::string(it->second);
+  }
+  for (const ImporterOption& option : ImporterOptions()) {
+    if (option.kind == options.kind && option.required &&
+        !options.prompt_answers.contains(std::string(option.prompt))) {
+      *error = options.kind + " needs " + std::string(option.option) + " " + OptionValues(option);
+      return std::nullopt;
+    }
   }
   if (options.number.empty() || options.number.size() > kCompanyNumberLength ||
       !IsValidCompanyNumber(options.number)) {
