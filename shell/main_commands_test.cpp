@@ -14,7 +14,7 @@ using testing::Script;
 TEST(MainCommands, EveryImportButtonKeepsTheWindowAndNoExportRunsThere) {
   for (const MainCommand& command : ImportWindowCommands()) {
     if (command.id == kCloseCommand || command.id == kHelpCommand) continue;
-    auto ui = Script("");
+    auto ui = Script("no\n");  // an import that asks before it starts is declined
     EXPECT_FALSE(RunImportCommand(command.id, InstallationContext{}, *ui).close_window)
         << command.id;
     EXPECT_FALSE(ui->failed()) << command.id;
