@@ -95,10 +95,8 @@ TEST_F(ExportTextCommandTest, ErrorsAreOneLineAndUsageErrorsStatusTwo) {
   for (const auto& [args, first_line] :
        std::vector<std::pair<std::vector<std::string>, std::string>>{
            {{}, "nvtool: export-text needs --type tab|comma|fixed|fixed-nolines"},
-           {{"--type"}, "nvtool: --type needs one of tab, comma, fixed, fixed-nolines"},
            {{"--type", "csv"},
             "nvtool: unknown record type 'csv' (tab, comma, fixed or fixed-nolines)"},
-           {{"--type", "tab", "extra"}, "nvtool: export-text needs FOLDER NUMBER FILE"},
            {{"--type", "tab", "--force"},
             "nvtool: export-text has no option --force (--type, --replace)"}}) {
     ToolRun run = Export(args);

@@ -58,16 +58,6 @@ TEST_F(TextFileScreenTest, TheSelectedCompanyNamesItselfAndTheFile) {
   EXPECT_EQ(ui->transcript(),
             "message title=\"Message\" text=\"Company not found.\"\n"
             "message title=\"Message\" text=\"Company not found.\"\n");
-
-  // The table shows what the model holds, the name beside the number.
-  bool name_shown = false;
-  for (const FieldDescription& field : screen.table()) {
-    if (field.name == "company_number") {
-      EXPECT_EQ(field.data, "BETA");
-    }
-    if (field.kind == kFieldStatic && field.data == "Beta Supplies") name_shown = true;
-  }
-  EXPECT_TRUE(name_shown);
 }
 
 TEST_F(TextFileScreenTest, AMissingFolderIsMadeOnlyWhenTheUserAgrees) {
