@@ -136,6 +136,20 @@ TEST_F(TextFileExportTest, NothingIsWrittenWhenTheRunCannotStart) {
             "message title=\"Error\" text=\"Unable to open company NOPE\"\n");
 }
 
+TEST_F(TextFileExportTest, AUserWithoutAccessGetsNoFile) {
+  NvCompany company(ctx_);
+  auto quiet = Script("");
+  ASSERT_EQ(company.Open("ACME", NvCompany::kOpenI1 | NvCompany::kOpenI2, *quiet), 1);
+  company.record().permissions = "OWNER:F|*:N";
+  ASSERT_EQ(company.Close(), 0);
+  ctx_.network_mode = true;  // where permissions always hold
+  auto ui = Script("choose 0\n");
+  EXPECT_FALSE(WriteTextFile(ctx_, Request(dir_.path()), *ui).written);
+  EXPECT_EQ(ui->transcript(),
+            "message title=\"Message\" text=\"You are not permitted to access company ACME\"\n");
+  EXPECT_FALSE(std::filesystem::exists(dir_.File("ACME.DBS")));
+}
+
 TEST_F(TextFileExportTest, AFailedWriteIsToldAndItsRecordsCounted) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
   auto ui = Script("choose 2\n");
