@@ -23,6 +23,7 @@ namespace nv {
 
 class CompanyScreen;
 class MatchPanel;
+class TextFileScreen;
 
 // Answer of a question box. Closing the box counts as Cancel.
 enum class Answer { kYes, kNo, kCancel };
@@ -129,6 +130,13 @@ class Ui {
   // Runs the company screen modally; returns its action code (1 show again, 2 to 4
   // save, -11 cancelled).
   [[nodiscard]] virtual int RunCompanyScreen(CompanyScreen& screen) = 0;
+
+  // Runs the screen "Create Text File for Export" modally: true when the user pressed
+  // Create and the screen's checks passed, false for Close or Escape.
+  [[nodiscard]] virtual bool RunTextFileScreen(TextFileScreen& screen) = 0;
+
+  // Whether the Alt key is held down now (a command pressed with Alt takes another path).
+  [[nodiscard]] virtual bool AltKeyHeld() = 0;
 };
 
 // Shorthands for the usual calls: printf-style texts, and "every answer but Yes is No".

@@ -1,7 +1,8 @@
 // Feeds arbitrary bytes to the answers-script parser, then plays the parsed answers
 // against one prompt of each kind, the matching panel and the company screen of a company
 // about to be made until they run out, so that every answer kind meets every prompt kind and
-// every field rule meets whatever text a `field` line carries.
+// every field rule meets whatever text a `field` line carries. (The text-file screen is left
+// out: its folder field makes the folders it is given.)
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -78,6 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (panel.Matches() != panel.preset_matches() || !PairsAgree(panel)) __builtin_trap();
     const int action = ui->RunCompanyScreen(screen);
     if (action != nv::kCompanyScreenSave && action != nv::kCompanyScreenCancelled) __builtin_trap();
+    ui->AltKeyHeld();
   }
   return 0;
 }

@@ -18,6 +18,9 @@
 #include "base/temp_dir_testing.h"
 #include "import/fas1000/fas1000_testing.h"
 #include "import/mba/mba_testing.h"
+#include "store/company/asset_testing.h"
+#include "store/company/master_file.h"
+#include "ui/scripted_ui.h"
 
 namespace nv {
 namespace {
@@ -141,6 +144,43 @@ TEST_F(NvimportProcess, PcFasImportCommandMakesACompany) {
       << run.transcript;
   EXPECT_NE(run.transcript.find("text=\"1 assets copied.\""), std::string::npos) << run.transcript;
   EXPECT_TRUE(std::ifstream(dir_.File("ACME.A")).good());
+}
+
+TEST_F(NvimportProcess, ExportAllAssetDataFieldsWritesTheTextFile) {
+  // Company ACME with two assets, in the company list.
+  const InstallationContext ctx = testing::ContextFor(dir_.path());
+  NvCompany company(ctx);
+  company.record() = testing::TwoBookCompany();
+  ASSERT_EQ(company.Create({"ACME", "Acme Tools"}, NvCompany::kOpenI1 | NvCompany::kOpenI2), 0);
+  std::string errors;
+  auto quiet = ScriptedUi::FromString("", &errors);
+  ASSERT_EQ(company.Open("ACME", NvCompany::kOpenI1 | NvCompany::kOpenI2, *quiet), 1);
+  for (long n : {1, 2}) {
+    NvAsset asset = testing::MakeAsset(company.record(), n);
+    ASSERT_EQ(company.AddAsset(&asset), kOk);
+  }
+  ASSERT_EQ(company.Close(), 0);
+  MasterFile master;
+  master.companies = {{"ACME", "Acme Tools"}};
+  ASSERT_EQ(WriteMasterFile(dir_.path() + "/", master), MasterFileStatus::kOk);
+
+  WriteScript(
+      "command 205\n"
+      "yes\n"           // only five user fields
+      "choose 0\n"      // company ACME
+      "press create\n"  // into the data folder as ACME.DBS
+      "choose 0\n"      // tab-delimited
+      "press close\n");
+  ProcessResult run = Start({"/pid:abc", "EXPORT"}, TenLines("abc"));
+  EXPECT_EQ(run.exit_code, 0) << run.transcript;
+  EXPECT_NE(run.transcript.find("message title=\"Create Text File\" text=\"2 assets copied.\"\n"),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_TRUE(run.transcript.ends_with("window closed\n")) << run.transcript;
+  const std::string text = ReadAll(dir_.File("ACME.DBS"));
+  EXPECT_TRUE(text.starts_with("BATSC\t")) << text;
+  EXPECT_NE(text.find("\tAsset 1 variant 0\t"), std::string::npos) << text;
+  EXPECT_TRUE(text.ends_with("\r\n"));
 }
 
 // One importer end to end in the real binary: the import window's MBA command, through the

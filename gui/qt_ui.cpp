@@ -18,6 +18,7 @@
 #include "gui/match_panel_widget.h"
 #include "gui/progress_window.h"
 #include "gui/text_entry_dialog.h"
+#include "gui/text_file_screen_window.h"
 
 namespace nv {
 
@@ -168,6 +169,16 @@ int QtUi::RunCompanyScreen(CompanyScreen& screen) {
   CompanyScreenWindow window(screen, *this, owner_);
   window.exec();
   return window.action();
+}
+
+bool QtUi::RunTextFileScreen(TextFileScreen& screen) {
+  TextFileScreenWindow window(screen, *this, owner_);
+  window.exec();
+  return window.create();
+}
+
+bool QtUi::AltKeyHeld() {
+  return (QGuiApplication::queryKeyboardModifiers() & Qt::AltModifier) != 0;
 }
 
 }  // namespace nv

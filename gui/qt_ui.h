@@ -1,7 +1,7 @@
 // The Ui port for people: Qt message and question boxes, the choice list, file and
 // folder dialogs, the note window, the matching panel, the progress meter, the help viewer
-// and the company screen. Every window is owned by the main window given at construction
-// (none before it exists).
+// the company screen and the text-file screen. Every window is owned by the main window given at
+// construction (none before it exists).
 #pragma once
 
 #include <QPointer>
@@ -41,6 +41,9 @@ class QtUi : public Ui {
   // The panel is laid out again for the owner's screen before it opens.
   int RunMatchPanel(MatchPanel& panel) override;
   int RunCompanyScreen(CompanyScreen& screen) override;
+  bool RunTextFileScreen(TextFileScreen& screen) override;
+  // The keyboard's state now, not as the last event found it.
+  bool AltKeyHeld() override;
 
   // The viewer of the last ShowHelp while it is open.
   HelpViewer* help_viewer() const { return help_viewer_; }

@@ -82,7 +82,9 @@ TEST_F(ScriptedProgramTest, ImportRunsCommandsInOrderUntilClose) {
 }
 
 TEST_F(ScriptedProgramTest, ExportEndsWhenAnExportClosedTheWindow) {
-  EXPECT_EQ(Run({"/pid:ABC", "ExportLim"}, "command 205\nno\ncommand 205\nyes\ncommand 204\n"), 0);
+  // The export's company list is closed: the command ends with nothing chosen.
+  EXPECT_EQ(
+      Run({"/pid:ABC", "ExportLim"}, "command 205\nno\ncommand 205\nyes\nclose\ncommand 204\n"), 0);
   const std::string question =
       "question title=\"Question\" text=\"This export format only supports 5 user definable "
       "fields.\\n\\nContinue?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"&Yes\"";

@@ -22,6 +22,7 @@
 #include "store/company/master_file.h"
 #include "store/file/status.h"
 #include "tools/company_json.h"
+#include "tools/export_text_command.h"
 #include "tools/import_command.h"
 #include "tools/json_writer.h"
 #include "tools/nvtool_context.h"
@@ -40,7 +41,9 @@ constexpr char kUsage[] =
     "  import KIND SOURCE FOLDER NUMBER [--existing select|erase|add|abort]\n"
     "         [--company FILE.json] [--match DEST=SRC,...] [--books LETTER=BOOK,...]\n"
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
-    "                                   aicpa, text, mba, bna)\n";
+    "                                   aicpa, text, mba, bna)\n"
+    "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
+    "                                   write the whole-company text file\n";
 
 int Usage(std::ostream& err) {
   err << kUsage;
@@ -489,6 +492,10 @@ int RunNvtool(const std::vector<std::string>& args, std::ostream& out, std::ostr
       return Usage(err);
     }
     return RunImportCommand(*options, out, err);
+  }
+  if (command == "export-text") {
+    const int status = RunExportTextCommand({args.begin() + 1, args.end()}, out, err);
+    return status == 2 ? Usage(err) : status;
   }
   if (command != "version" && command != "check" && command != "dump" && command != "load") {
     err << "nvtool: unknown command '" << command << "'\n";

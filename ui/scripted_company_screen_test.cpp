@@ -41,7 +41,7 @@ TEST_F(ScriptedCompanyScreenTest, FieldLinesNameFieldsOfTheScreen) {
             nullptr);
   EXPECT_EQ(errors,
             "line 1: 'field' needs a field name and a value, e.g. 'field name Acme Tools'\n"
-            "line 2: unknown company screen field 'nosuch'\n"
+            "line 2: unknown screen field 'nosuch'\n"
             "line 3: 'save' takes nothing after it\n");
 }
 

@@ -9,6 +9,7 @@
 #include "base/str_format.h"
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
+#include "ui/text_file_screen.h"
 
 namespace nv {
 
@@ -70,7 +71,7 @@ bool HasControlByte(std::string_view s) {
 struct Directive {
   const char* name;
   Kind kind;
-  enum { kNone, kNumber, kText, kPairs, kField } argument;
+  enum { kNone, kNumber, kText, kPairs, kField, kButton } argument;
 };
 
 // Every directive but `command`, which is not a prompt answer.
@@ -88,6 +89,7 @@ constexpr Directive kDirectives[] = {
     {"ok", Kind::kOk, Directive::kNone},
     {"field", Kind::kField, Directive::kField},
     {"save", Kind::kSave, Directive::kNone},
+    {"press", Kind::kPress, Directive::kButton},
 };
 
 const char* DirectiveName(Kind kind) {
@@ -133,6 +135,11 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
   std::string_view argument = gap == std::string_view::npos ? "" : Trim(line.substr(gap));
   if (HasControlByte(argument)) return "control character in the line";
 
+  if (name == "alt-held") {
+    if (!argument.empty()) return "'alt-held' takes nothing after it";
+    script->alt_held = true;
+    return "";
+  }
   if (name == "command") {
     std::optional<int> id = ParseSmallNumber(argument);
     if (!id) return "'command' needs a command number, e.g. 'command 102'";
@@ -172,15 +179,21 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         const std::string field(argument.substr(0, blank));
         if (field.empty())
           return "'field' needs a field name and a value, e.g. 'field name Acme Tools'";
-        if (!CompanyScreen::IsFieldName(field)) {
+        if (!CompanyScreen::IsFieldName(field) && !TextFileScreen::IsFieldName(field)) {
           const std::string shown = field.substr(0, 40);
-          return StrPrintf("unknown company screen field '%s'", shown.c_str());
+          return StrPrintf("unknown screen field '%s'", shown.c_str());
         }
         const std::string_view value =
             blank == std::string_view::npos ? std::string_view() : Trim(argument.substr(blank));
         answer.text = field + " " + std::string(value);
         break;
       }
+      case Directive::kButton:
+        if (!TextFileScreen::IsButtonName(argument)) {
+          return "'press' needs a button of the text-file screen: browse, create or close";
+        }
+        answer.text = std::string(argument);
+        break;
     }
     script->answers.push_back(std::move(answer));
     return "";
@@ -330,7 +343,8 @@ std::string QuoteTranscriptText(std::string_view text) {
 ScriptedUi::ScriptedUi(AnswerScript script)
     : log_(std::make_shared<Log>()),
       answers_(std::move(script.answers)),
-      commands_(std::move(script.commands)) {}
+      commands_(std::move(script.commands)),
+      alt_held_(script.alt_held) {}
 
 ScriptedUi::~ScriptedUi() = default;
 
@@ -574,21 +588,26 @@ std::pair<std::string, std::string> FieldAnswer(const ScriptAnswer& a) {
 
 }  // namespace
 
-std::string ScriptedUi::PeekScreenAnswers() const {
+std::string ScriptedUi::PeekScreenAnswers(bool text_file_screen) const {
   if (log_->failed || next_answer_ >= answers_.size()) return "close";
   std::string shown;
   for (size_t i = next_answer_; i < answers_.size(); ++i) {
     const ScriptAnswer& a = answers_[i];
-    // Answers to the questions of the screen's rules stand between its own.
+    // Answers to the questions of the screen's rules (and to the folder dialog of the
+    // text-file screen's browse) stand between its own.
     if (a.kind == Kind::kYes || a.kind == Kind::kNo) continue;
-    const bool ends = a.kind != Kind::kField;
-    if (ends && a.kind != Kind::kSave && a.kind != Kind::kCancel && a.kind != Kind::kClose) break;
+    if (text_file_screen && a.kind == Kind::kFolder) continue;
+    const bool browse = text_file_screen && a.kind == Kind::kPress && a.text == "browse";
+    const bool ends = a.kind != Kind::kField && !browse;
+    const Kind ending = text_file_screen ? Kind::kPress : Kind::kSave;
+    if (ends && a.kind != ending && a.kind != Kind::kCancel && a.kind != Kind::kClose) break;
     if (!shown.empty()) shown += ", ";
     shown += DirectiveName(a.kind);
     if (a.kind == Kind::kField) {
       const auto [field, value] = FieldAnswer(a);
       shown += " " + field + " " + QuoteTranscriptText(value);
     }
+    if (a.kind == Kind::kPress) shown += " " + a.text;
     if (ends) break;
   }
   return shown.empty() ? "close" : shown;
@@ -600,7 +619,7 @@ int ScriptedUi::RunCompanyScreen(CompanyScreen& screen) {
     for (const std::string& name : CompanyScreen::FieldNames()) {
       line += " " + name + "=" + QuoteTranscriptText(screen.FieldText(name));
     }
-    log_->Write(line + " -> " + PeekScreenAnswers());
+    log_->Write(line + " -> " + PeekScreenAnswers(false));
     for (;;) {
       std::string error;
       const ScriptAnswer* a = TakeAnswer(
@@ -621,6 +640,47 @@ int ScriptedUi::RunCompanyScreen(CompanyScreen& screen) {
       break;  // the screen stays open: show it again
     }
   }
+}
+
+bool ScriptedUi::RunTextFileScreen(TextFileScreen& screen) {
+  for (;;) {
+    std::string line = "text-file-screen";
+    for (const std::string& name : TextFileScreen::FieldNames()) {
+      line += " " + name + "=" + QuoteTranscriptText(screen.FieldText(name));
+      if (name == "company_number") {
+        line += " company_name=" + QuoteTranscriptText(screen.request().company_name);
+      }
+    }
+    log_->Write(line + " -> " + PeekScreenAnswers(true));
+    for (;;) {
+      std::string error;
+      const ScriptAnswer* a =
+          TakeAnswer("the text-file screen",
+                     {Kind::kField, Kind::kPress, Kind::kCancel, Kind::kClose}, &error);
+      if (a == nullptr) {
+        Fail(error);
+        return false;
+      }
+      if (a->kind == Kind::kField) {
+        // A refused value has been told through this Ui; the script goes on.
+        const auto [field, value] = FieldAnswer(*a);
+        static_cast<void>(screen.SetField(field, value));
+        continue;
+      }
+      if (a->kind == Kind::kPress && a->text == "browse") {
+        screen.Browse();
+        continue;
+      }
+      if (a->kind != Kind::kPress || a->text != "create") return false;
+      if (screen.Create()) return true;
+      break;  // the screen stays open: show it again
+    }
+  }
+}
+
+bool ScriptedUi::AltKeyHeld() {
+  log_->Write(alt_held_ ? "alt-key -> held" : "alt-key -> up");
+  return alt_held_;
 }
 
 }  // namespace nv

@@ -22,10 +22,16 @@
 //                            one or more pairs a line, any number of lines, then the line
 //                            that ends the panel:
 //   ok                       matching panel: OK
-//   field NAME VALUE         company screen: sets field NAME (a script name of
-//                            ui/company_screen.h) to VALUE, the rest of the line (may be
-//                            empty), and runs the field's rule as leaving it would
+//   field NAME VALUE         company screen or text-file screen: sets field NAME (a
+//                            script name of ui/company_screen.h or ui/text_file_screen.h)
+//                            to VALUE, the rest of the line (may be empty), and runs the
+//                            field's rule as leaving it would
 //   save                     company screen: saves (the screen's save rules and questions)
+//   press BUTTON             text-file screen: presses browse (a folder dialog follows,
+//                            answered by the next line), create (the checks, then the file
+//                            is written and the screen comes back) or close
+//   alt-held                 the Alt key is held down whenever the program asks (not a
+//                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below
 //
 // Lines are trimmed of blanks, tabs and a carriage return; blank lines are skipped.
@@ -42,6 +48,10 @@
 // within the screen, answer them with yes or no, since a cancel there ends the screen. A
 // save that the rules refuse leaves the screen open for the `field` and `save` lines that
 // follow. An unknown field NAME is an error of the script.
+//
+// The text-file screen takes `field` and `press` lines likewise; `press close`, `cancel`
+// and `close` close it (Close or Escape), and `press create` that passes the checks ends
+// it for the file to be written. A refused create leaves the screen open.
 //
 // When no answer is left, or the next answer does not fit the prompt (`file` at a
 // question box, a position past the end of the list, a text that names no option, a
@@ -79,6 +89,9 @@
 //       pairs=[201=101, 202=102]
 //   company-screen number="ACME" name="Acme Tools" ein="" last_closed="12/31/2024" ...
 //       -> field name "Acme Co", field sort_order "LC", save
+//   text-file-screen folder="/data/" company_number="ACME" company_name="Acme Tools"
+//       file_name="ACME.DBS" -> field file_name "ACME.TXT", press create
+//   alt-key -> up
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
 //
@@ -122,13 +135,14 @@ struct ScriptAnswer {
     kMatch,
     kOk,
     kField,
-    kSave
+    kSave,
+    kPress
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
   // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
   // "DEST=SRC DEST=SRC", one blank between them; kField: the field's name, one blank and
-  // the value.
+  // the value; kPress: the button's name.
   std::string text;
   int line = 0;  // 1-based line in the script, for messages
 };
@@ -136,6 +150,7 @@ struct ScriptAnswer {
 struct AnswerScript {
   std::vector<ScriptAnswer> answers;  // in the order they are used
   std::vector<int> commands;          // main-window command ids, in the order to run
+  bool alt_held = false;              // `alt-held`
 };
 
 struct ScriptError {
@@ -197,6 +212,10 @@ class ScriptedUi : public Ui {
   int RunMatchPanel(MatchPanel& panel) override;
   // Runs the company screen on the script's `field` and `save` lines; the action code.
   int RunCompanyScreen(CompanyScreen& screen) override;
+  // Runs the text-file screen on the script's `field` and `press` lines.
+  bool RunTextFileScreen(TextFileScreen& screen) override;
+  // As the script's `alt-held` says; each question is written to the transcript.
+  bool AltKeyHeld() override;
 
   // Transcript state; shared with open progress meters so that a meter never points at
   // a destroyed Ui.
@@ -216,8 +235,8 @@ class ScriptedUi : public Ui {
   // File and folder dialogs: answered by a path of kind `path_kind`, or cancelled.
   std::optional<std::string> AnswerPath(std::string line, std::string_view prompt,
                                         ScriptAnswer::Kind path_kind);
-  // The company screen's answers from the next one on, as its transcript line shows them.
-  std::string PeekScreenAnswers() const;
+  // A screen's answers from the next one on, as its transcript line shows them.
+  std::string PeekScreenAnswers(bool text_file_screen) const;
   // Writes the prompt line, then the error line when there is one.
   void WritePrompt(const std::string& line, const std::string& error);
 
@@ -225,6 +244,7 @@ class ScriptedUi : public Ui {
   std::vector<ScriptAnswer> answers_;
   size_t next_answer_ = 0;
   std::vector<int> commands_;
+  bool alt_held_ = false;
 };
 
 }  // namespace nv
