@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "import/aicpa/aicpa_importer.h"
+
 namespace nv {
 namespace {
 
@@ -9,7 +11,7 @@ constexpr ImporterEntry kImporters[] = {
     {102, "pcfas", "Best PC/FAS", nullptr},
     {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
     {104, "faswin", "Best FAS for Windows", nullptr},
-    {105, "aicpa", "AICPA Depreciation", nullptr},
+    {105, "aicpa", "AICPA Depreciation", MakeAicpaImporter},
     {106, "text", "the NORVANE text format", nullptr},
     {107, "bna", "BNA Next Dimension", nullptr},
     {108, "mba", "MBA Software", nullptr},
@@ -17,7 +19,9 @@ constexpr ImporterEntry kImporters[] = {
 
 }  // namespace
 
-std::span<const ImporterEntry> ImporterEntries() { return kImporters; }
+std::span<const ImporterEntry> ImporterEntries() {
+  return kImporters;
+}
 
 const ImporterEntry* FindImporterByKind(std::string_view kind) {
   auto it = std::find_if(std::begin(kImporters), std::end(kImporters),
