@@ -6,6 +6,7 @@
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/str_format.h"
+#include "import/aicpa/aicpa_importer.h"
 #include "import/importers.h"
 #include "tools/company_json.h"
 #include "tools/nvtool_context.h"
@@ -86,6 +87,8 @@ class OptionsUi final : public ScriptedUi {
                         "\" is not offered for this company";
         PushAnswers({Close()});
       }
+    } else if (request.message == kAicpaAccountChoice) {
+      PushAnswers({Reply(Kind::kChooseText, AccountOption())});
     } else {
       defaulted_.push_back("choice list \"" + request.message + "\": closed");
       PushAnswers({Close()});
@@ -98,6 +101,10 @@ class OptionsUi final : public ScriptedUi {
     if ((options_.existing == "erase" && text == kEraseQuestion) ||
         (options_.existing == "add" && text == kDuplicatesQuestion)) {
       PushAnswers({Reply(Kind::kYes)});
+    } else if (text == kAicpaSwitchQuestion) {
+      PushAnswers({Reply(options_.switch_sl ? Kind::kYes : Kind::kNo)});
+    } else if (text == kAicpaNoDispositionsQuestion) {
+      PushAnswers({Reply(options_.without_dispositions ? Kind::kYes : Kind::kNo)});
     } else {
       const bool yes = default_button == DefaultButton::kYes;
       defaulted_.push_back("question \"" + std::string(text) + "\": " + (yes ? "yes" : "no"));
@@ -179,6 +186,12 @@ class OptionsUi final : public ScriptedUi {
     if (options_.existing == "erase") return kEraseAssetsOption;
     if (options_.existing == "add") return kAddAssetsOption;
     return kAbortImportOption;
+  }
+
+  std::string AccountOption() const {
+    if (options_.account == "accumulated") return kAicpaAccountOptions[1];
+    if (options_.account == "expense") return kAicpaAccountOptions[2];
+    return kAicpaAccountOptions[0];
   }
 
   // The schedule item of a book panel: its text begins with the schedule's letter.

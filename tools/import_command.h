@@ -19,6 +19,11 @@ struct ImportCommandOptions {
   std::string company_json;                  // --company FILE.json
   std::vector<std::pair<int, int>> matches;  // --match DEST=SRC (SRC 0 unpairs)
   std::vector<std::pair<char, int>> books;   // --books LETTER=BOOK (BOOK 0 unpairs)
+  // AICPA: the account that names account groups, whether declining balance switches to
+  // straight line, and whether to go on when the dispositions file is missing.
+  std::string account = "asset";      // --account asset | accumulated | expense
+  bool switch_sl = false;             // --switch-sl yes | no
+  bool without_dispositions = false;  // --without-dispositions yes | no
 };
 
 // args begin after "import". nullopt with the reason in *error on a usage error.

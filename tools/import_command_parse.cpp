@@ -34,6 +34,13 @@ bool SplitPairs(std::string_view list, std::vector<std::pair<std::string, std::s
   }
 }
 
+// "yes" or "no".
+std::optional<bool> YesNo(std::string_view text) {
+  if (text == "yes") return true;
+  if (text == "no") return false;
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::string>& args,
@@ -84,10 +91,25 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
           options.books.emplace_back(AsciiUpper(left[0]), *source);
         }
       }
+    } else if (arg == "--account") {
+      if (value != "asset" && value != "accumulated" && value != "expense") {
+        *error = "--account takes asset, accumulated or expense, not '" + value + "'";
+        return std::nullopt;
+      }
+      options.account = value;
+    } else if (arg == "--switch-sl" || arg == "--without-dispositions") {
+      std::optional<bool> yes = YesNo(value);
+      if (!yes) {
+        *error = arg + " takes yes or no, not '" + value + "'";
+        return std::nullopt;
+      }
+      (arg == "--switch-sl" ? options.switch_sl : options.without_dispositions) = *yes;
     } else {
-      // The importers' own questions get options of their own as they are built; until an
-      // importer names one, every other option is a mistake.
-      *error = "unknown option " + arg + " (options: --existing, --company, --match, --books)";
+      // The importers' own questions get options of their own as they are built; every
+      // other option is a mistake.
+      *error = "unknown option " + arg +
+               " (options: --existing, --company, --match, --books, --account, --switch-sl, "
+               "--without-dispositions)";
       return std::nullopt;
     }
   }

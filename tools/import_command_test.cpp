@@ -6,7 +6,9 @@
 
 #include "base/file.h"
 #include "base/temp_dir_testing.h"
+#include "import/aicpa/aicpa_testing.h"
 #include "import/frame/frame_testing.h"
+#include "store/codes/account_groups.h"
 #include "store/company/asset_testing.h"
 #include "store/store_testing.h"
 
@@ -52,6 +54,28 @@ TEST(ImportCommandTest, OptionsAreReadAndWrongOnesRefusedWithTheReason) {
             std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d"}).find("KIND SOURCE FOLDER NUMBER"), std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d", "AC.ME"}).find("company number"), std::string::npos);
+}
+
+TEST(ImportCommandTest, TheAicpaQuestionsHaveOptionsOfTheirOwn) {
+  std::string error;
+  std::optional<ImportCommandOptions> options =
+      ParseImportCommand({"aicpa", "A.AST", "/d", "A"}, &error);
+  ASSERT_TRUE(options) << error;
+  EXPECT_EQ(options->account, "asset");
+  EXPECT_FALSE(options->switch_sl);
+  EXPECT_FALSE(options->without_dispositions);
+  options = ParseImportCommand({"aicpa", "A.AST", "/d", "A", "--account", "expense", "--switch-sl",
+                                "yes", "--without-dispositions", "yes"},
+                               &error);
+  ASSERT_TRUE(options) << error;
+  EXPECT_EQ(options->account, "expense");
+  EXPECT_TRUE(options->switch_sl);
+  EXPECT_TRUE(options->without_dispositions);
+  EXPECT_NE(ParseError({"aicpa", "x", "/d", "A", "--account", "cash"})
+                .find("asset, accumulated or expense"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"aicpa", "x", "/d", "A", "--switch-sl", "y"}).find("yes or no"),
+            std::string::npos);
 }
 
 class ImportCommandRunTest : public ::testing::Test {
@@ -116,6 +140,48 @@ TEST_F(ImportCommandRunTest, MatchPairsGoOnThePanelAndAnUnknownIdIsAUsageError) 
   EXPECT_NE(err_.str().find("--match: no destination item 203"), std::string::npos) << err_.str();
   EXPECT_FALSE(PathExists(dir_.path() + "/OTHER.A") &&
                out_.str().find("assets copied") != std::string::npos);
+}
+
+// The AICPA importer's own questions are answered from its options; without a dispositions
+// file the default ends the import as the window's No does.
+TEST_F(ImportCommandRunTest, AicpaOptionsAnswerTheAccountChoiceAndBothQuestions) {
+  options_.kind = "aicpa";
+  options_.source = dir_.path() + "/ACME.AST";
+  std::vector<std::string> lines =
+      testing::ReportHead("Acme", "For the 12 Months Ended 12/31/2024", {"Federal"});
+  for (const std::string& line :
+       {std::string("\f"), testing::ValueRow("Asset No.", "7", 41),
+        testing::ValueRow("Asset Description (line 1)", "Lathe"),
+        testing::BookRow("Date Acquired", {"01/01/2024"}), testing::BookRow("Method", {"200DB"}),
+        testing::AccountRow("Asset", "1500"),
+        testing::AccountRow("Accumulated Depreciation", "1510"),
+        testing::AccountRow("Depreciation/Amortization Expense", "6100")}) {
+    lines.push_back(line);
+  }
+  WriteText(options_.source, testing::Joined(lines));
+  std::ostringstream out, err;
+  EXPECT_EQ(RunImportCommand(options_, out, err), 1);
+  EXPECT_NE(
+      out.str().find("Continue?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"&No\" -> no"),
+      std::string::npos)
+      << out.str();
+  EXPECT_FALSE(PathExists(dir_.path() + "/NEWCO.A"));
+
+  options_.without_dispositions = true;
+  options_.account = "expense";
+  options_.switch_sl = true;
+  out.str("");
+  ASSERT_EQ(RunImportCommand(options_, out, err), 0) << out.str() << err.str();
+  EXPECT_NE(out.str().find("-> choose 2 \"Depreciation Expense Account No.\""), std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("Straight Line?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
+                           "default=\"&No\" -> yes"),
+            std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("text=\"1 assets copied.\""), std::string::npos);
+  AccountGroupList groups;
+  ASSERT_EQ(LoadAccountGroups(dir_.path() + "/", "NEWCO", &groups), 1);
+  EXPECT_EQ(groups.groups[0].code, "6100");
 }
 
 TEST_F(ImportCommandRunTest, RefusesBeforeTouchingAnything) {
