@@ -142,6 +142,7 @@ bool AicpaImporter::ReadSummary(ImportRun& run, const char* meter_text) {
     return false;
   }
   summary_ = reader.summary();
+  if (summary_.books.empty()) run.ui().Message(kAicpaNoBooksWarning, "Warning");
   return true;
 }
 

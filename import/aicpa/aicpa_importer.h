@@ -38,6 +38,10 @@ inline constexpr std::array<const char*, 3> kAicpaAccountOptions = {
     "Depreciation Expense Account No."};
 inline constexpr char kAicpaSwitchQuestion[] =
     "Do you want Non-MACRS/ACRS Declining Balance\nmethods to switch to Straight Line?";
+// When the report's column headings name no book (the assets then get no schedules).
+inline constexpr char kAicpaNoBooksWarning[] =
+    "The report's column headings name no book (Federal, AMT, ACE, State, Book or\n"
+    "Other).  The assets will be copied without their depreciation schedules.";
 // Texts of the progress window.
 inline constexpr char kAicpaGettingCompanyData[] = "Getting Company Data";
 inline constexpr char kAicpaFindingAccounts[] = "Finding Categories && Accounts";

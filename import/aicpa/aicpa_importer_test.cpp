@@ -342,6 +342,27 @@ TEST_F(AicpaImportTest, TheSourceMustBeAnAstFileThatCanBeRead) {
   EXPECT_FALSE(PathExists(dir_.path() + "/BAD.A"));
 }
 
+// No heading line names a book: the user is told, and the asset still comes, with its
+// general data and its letters, which the new company's number format then allows.
+TEST_F(AicpaImportTest, AReportWithoutBookHeadingsIsToldAndItsAssetsStillCome) {
+  WriteText(
+      source_,
+      Joined({"Asset Detail Report - Federal Basis   Bare Co            12/31/2024", "\f",
+              ValueRow("Asset No.", "A1", 41), ValueRow("Asset Description (line 1)", "Scanner"),
+              BookRow("Date Acquired", {"05/01/2024"}), BookRow("Cost or Basis", {"900.00"})}));
+  const ImportResult result = RunNew("0", "no");
+  EXPECT_EQ(result.added, 1) << transcript_;
+  EXPECT_NE(transcript_.find("message title=\"Warning\" text=" +
+                             QuoteTranscriptText(kAicpaNoBooksWarning)),
+            std::string::npos)
+      << transcript_;
+  EXPECT_TRUE(Record().asset_no_format.letters());
+  const NvAsset scanner = Asset("A1");
+  EXPECT_DOUBLE_EQ(scanner.cash_and_notes, 900.0);
+  EXPECT_EQ(scanner.date_in_service, (Date{5, 1, 2024}));
+  EXPECT_TRUE(scanner.Schedule('T')->not_applicable());
+}
+
 // Adding to a company that has asset 101 already: that asset and its groups stay as they
 // were, and the report's disposition of 101 is not the existing asset's.
 TEST_F(AicpaImportTest, AddingToAnExistingCompanyKeepsItsAssetsAndGroups) {

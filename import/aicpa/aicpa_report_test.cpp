@@ -143,13 +143,16 @@ TEST(AicpaSummary, HeadingsComeAfterAShortLineFromLine21AndStopAtAnUnknownHeadin
 
 TEST(AicpaSummary, AccountsBeforeTheFirstFormFeedAndBlankSetsMakeNoGroup) {
   const std::string text =
-      Joined({AccountRow("Asset", "1"), AccountRow("Accumulated Depreciation", "2"),
+      Joined({ValueRow("Asset No.", "12-345x", 41), ValueRow("Asset No.", "A12", 41),
+              AccountRow("Asset", "1"), AccountRow("Accumulated Depreciation", "2"),
               AccountRow("Depreciation/Amortization Expense", "3"), "\f",
               AccountRow("Depreciation/Amortization Expense", ""),
               AccountRow("Accumulated Depreciation", "2"),
               AccountRow("Depreciation/Amortization Expense", "3")});
   const ReportSummary s = Summarize(text);
   EXPECT_FALSE(s.company_name.has_value()) << "no line holds \" Basis\"";
+  EXPECT_TRUE(s.letters_in_numbers);
+  EXPECT_FALSE(s.dashes_in_numbers) << "a number too long to use does not count";
   ASSERT_EQ(s.account_sets.size(), 1u);
   EXPECT_EQ(s.account_sets[0], (AccountNumbers{"", "2", "3"}));
 }
