@@ -147,5 +147,19 @@ TEST_F(NvimportProcess, AicpaImportRunsToItsCount) {
   EXPECT_EQ(run.transcript.find("error:"), std::string::npos) << run.transcript;
 }
 
+// Command 106 reads a whole-company text file into a new company.
+TEST_F(NvimportProcess, TextImportCommandMakesACompanyFromATextFile) {
+  const std::string general = "1500" + std::string(20, '\t');
+  std::ofstream(dir_.File("SHOP.DBS"), std::ios::binary)
+      << "BT\t" << general << "1.01\tPress" << std::string(17, '\t') << "2\r\n"
+      << "BT\t" << general << "2.01\tLathe" << std::string(17, '\t') << "2\r\n";
+  WriteScript("command 106\nyes\nfile " + dir_.File("SHOP.DBS") +
+              "\nchoose-text Tab-Delimited\ntext SHOP\nsave\nyes\n");
+  const ProcessResult run = Start({"/pid:77", "IMPORT"}, TenLines("77"));
+  EXPECT_EQ(run.exit_code, 0) << run.transcript;
+  EXPECT_NE(run.transcript.find("text=\"2 assets copied.\""), std::string::npos) << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("SHOP.A")).good());
+}
+
 }  // namespace
 }  // namespace nv

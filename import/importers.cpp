@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "import/aicpa/aicpa_importer.h"
+#include "import/dbs/dbs_importer.h"
 
 namespace nv {
 namespace {
@@ -12,7 +13,7 @@ constexpr ImporterEntry kImporters[] = {
     {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
     {104, "faswin", "Best FAS for Windows", nullptr},
     {105, "aicpa", "AICPA Depreciation", MakeAicpaImporter},
-    {106, "text", "the NORVANE text format", nullptr},
+    {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
     {107, "bna", "BNA Next Dimension", nullptr},
     {108, "mba", "MBA Software", nullptr},
 };

@@ -6,7 +6,6 @@
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/str_format.h"
-#include "import/aicpa/aicpa_importer.h"
 #include "import/importers.h"
 #include "tools/company_json.h"
 #include "tools/nvtool_context.h"
@@ -75,8 +74,11 @@ class OptionsUi final : public ScriptedUi {
   }
 
   int ChoiceList(const ChoiceListRequest& request) override {
-    if (request.message ==
-        StrPrintf(kCompanyExistsMessage, options_.number.c_str(), product_.c_str())) {
+    if (auto it = options_.prompt_answers.find(request.message);
+        it != options_.prompt_answers.end()) {
+      PushAnswers({Reply(Kind::kChooseText, it->second)});
+    } else if (request.message ==
+               StrPrintf(kCompanyExistsMessage, options_.number.c_str(), product_.c_str())) {
       const std::string wanted = ExistingOption();
       bool offered = false;
       for (const ChoiceOption& option : request.options) offered |= option.text == wanted;
@@ -87,8 +89,6 @@ class OptionsUi final : public ScriptedUi {
                         "\" is not offered for this company";
         PushAnswers({Close()});
       }
-    } else if (request.message == kAicpaAccountChoice) {
-      PushAnswers({Reply(Kind::kChooseText, AccountOption())});
     } else {
       defaulted_.push_back("choice list \"" + request.message + "\": closed");
       PushAnswers({Close()});
@@ -97,14 +97,13 @@ class OptionsUi final : public ScriptedUi {
   }
 
   Answer Question(std::string_view text, DefaultButton default_button) override {
-    // The confirmations of the --existing choice.
-    if ((options_.existing == "erase" && text == kEraseQuestion) ||
-        (options_.existing == "add" && text == kDuplicatesQuestion)) {
+    // The importer's own questions, then the confirmations of the --existing choice.
+    if (auto it = options_.prompt_answers.find(std::string(text));
+        it != options_.prompt_answers.end()) {
+      PushAnswers({Reply(it->second == "yes" ? Kind::kYes : Kind::kNo)});
+    } else if ((options_.existing == "erase" && text == kEraseQuestion) ||
+               (options_.existing == "add" && text == kDuplicatesQuestion)) {
       PushAnswers({Reply(Kind::kYes)});
-    } else if (text == kAicpaSwitchQuestion) {
-      PushAnswers({Reply(options_.switch_sl ? Kind::kYes : Kind::kNo)});
-    } else if (text == kAicpaNoDispositionsQuestion) {
-      PushAnswers({Reply(options_.without_dispositions ? Kind::kYes : Kind::kNo)});
     } else {
       const bool yes = default_button == DefaultButton::kYes;
       defaulted_.push_back("question \"" + std::string(text) + "\": " + (yes ? "yes" : "no"));
@@ -186,12 +185,6 @@ class OptionsUi final : public ScriptedUi {
     if (options_.existing == "erase") return kEraseAssetsOption;
     if (options_.existing == "add") return kAddAssetsOption;
     return kAbortImportOption;
-  }
-
-  std::string AccountOption() const {
-    if (options_.account == "accumulated") return kAicpaAccountOptions[1];
-    if (options_.account == "expense") return kAicpaAccountOptions[2];
-    return kAicpaAccountOptions[0];
   }
 
   // The schedule item of a book panel: its text begins with the schedule's letter.

@@ -2,6 +2,7 @@
 // frame as the import window, with the windows answered from the options.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -19,12 +20,21 @@ struct ImportCommandOptions {
   std::string company_json;                  // --company FILE.json
   std::vector<std::pair<int, int>> matches;  // --match DEST=SRC (SRC 0 unpairs)
   std::vector<std::pair<char, int>> books;   // --books LETTER=BOOK (BOOK 0 unpairs)
-  // AICPA: the account that names account groups, whether declining balance switches to
-  // straight line, and whether to go on when the dispositions file is missing.
-  std::string account = "asset";      // --account asset | accumulated | expense
-  bool switch_sl = false;             // --switch-sl yes | no
-  bool without_dispositions = false;  // --without-dispositions yes | no
+  // The importer's own options (ImporterOptions), as answers to its prompts: question text
+  // -> "yes" or "no"; choice-list message -> the text of the option to choose.
+  std::map<std::string, std::string> prompt_answers;
 };
+
+// An option of one importer that answers one of its prompts.
+struct ImporterOption {
+  std::string_view kind;
+  std::string_view option;  // "--type"
+  std::string_view prompt;  // the question's text or the choice list's message
+  std::vector<std::pair<std::string_view, std::string_view>> values;  // value -> answer
+  bool required = false;
+  std::string_view default_value = {};  // the value taken when the option is not given
+};
+const std::vector<ImporterOption>& ImporterOptions();
 
 // args begin after "import". nullopt with the reason in *error on a usage error.
 std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::string>& args,

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <cctype>
 
 #include "base/ascii.h"
+#include "import/aicpa/aicpa_importer.h"
+#include "import/dbs/dbs_importer.h"
 #include "import/importers.h"
 #include "store/company/company.h"
 #include "tools/import_command.h"
@@ -34,19 +37,57 @@ bool SplitPairs(std::string_view list, std::vector<std::pair<std::string, std::s
   }
 }
 
-// "yes" or "no".
-std::optional<bool> YesNo(std::string_view text) {
-  if (text == "yes") return true;
-  if (text == "no") return false;
-  return std::nullopt;
+const ImporterOption* FindImporterOption(std::string_view kind, std::string_view option) {
+  for (const ImporterOption& o : ImporterOptions()) {
+    if (o.kind == kind && o.option == option) return &o;
+  }
+  return nullptr;
+}
+
+std::string OptionValues(const ImporterOption& option) {
+  std::string values;
+  for (const auto& [value, answer] : option.values) {
+    values += (values.empty() ? "" : "|") + std::string(value);
+  }
+  return values;
 }
 
 }  // namespace
+
+const std::vector<ImporterOption>& ImporterOptions() {
+  static const std::vector<ImporterOption> options = {
+      {"text",
+       "--type",
+       kSelectRecordTypeMessage,
+       {{"tab", kImportRecordTypes[0]},
+        {"comma", kImportRecordTypes[1]},
+        {"fixed", kImportRecordTypes[2]}},
+       true},
+      {"text", "--user-fields", kFiveUserFieldsImportQuestion, {{"yes", "yes"}, {"no", "no"}}},
+      {"aicpa",
+       "--account",
+       kAicpaAccountChoice,
+       {{"asset", kAicpaAccountOptions[0]},
+        {"accumulated", kAicpaAccountOptions[1]},
+        {"expense", kAicpaAccountOptions[2]}},
+       false,
+       "asset"},
+      {"aicpa", "--switch-sl", kAicpaSwitchQuestion, {{"yes", "yes"}, {"no", "no"}}, false, "no"},
+      {"aicpa",
+       "--without-dispositions",
+       kAicpaNoDispositionsQuestion,
+       {{"yes", "yes"}, {"no", "no"}},
+       false,
+       "no"},
+  };
+  return options;
+}
 
 std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::string>& args,
                                                        std::string* error) {
   ImportCommandOptions options;
   std::vector<std::string> positional;
+  std::vector<std::pair<std::string, std::string>> own_options;  // checked once KIND is known
   for (size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
     if (!arg.starts_with("--")) {
@@ -91,26 +132,8 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
           options.books.emplace_back(AsciiUpper(left[0]), *source);
         }
       }
-    } else if (arg == "--account") {
-      if (value != "asset" && value != "accumulated" && value != "expense") {
-        *error = "--account takes asset, accumulated or expense, not '" + value + "'";
-        return std::nullopt;
-      }
-      options.account = value;
-    } else if (arg == "--switch-sl" || arg == "--without-dispositions") {
-      std::optional<bool> yes = YesNo(value);
-      if (!yes) {
-        *error = arg + " takes yes or no, not '" + value + "'";
-        return std::nullopt;
-      }
-      (arg == "--switch-sl" ? options.switch_sl : options.without_dispositions) = *yes;
     } else {
-      // The importers' own questions get options of their own as they are built; every
-      // other option is a mistake.
-      *error = "unknown option " + arg +
-               " (options: --existing, --company, --match, --books, --account, --switch-sl, "
-               "--without-dispositions)";
-      return std::nullopt;
+      own_options.emplace_back(arg, value);
     }
   }
   if (positional.size() != 4) {
@@ -128,6 +151,36 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     }
     *error = "unknown kind '" + options.kind + "' (kinds: " + kinds + ")";
     return std::nullopt;
+  }
+  for (const auto& [arg, value] : own_options) {
+    const ImporterOption* option = FindImporterOption(options.kind, arg);
+    if (option == nullptr) {
+      std::string known = "--existing, --company, --match, --books";
+      for (const ImporterOption& o : ImporterOptions()) {
+        if (o.kind == options.kind) known += ", " + std::string(o.option);
+      }
+      *error = "unknown option " + arg + " for " + options.kind + " (options: " + known + ")";
+      return std::nullopt;
+    }
+    const std::string& given = value;
+    auto it = std::find_if(option->values.begin(), option->values.end(),
+                           [&given](const auto& pair) { return pair.first == given; });
+    if (it == option->values.end()) {
+      *error = arg + " takes " + OptionValues(*option) + ", not '" + value + "'";
+      return std::nullopt;
+    }
+    options.prompt_answers[std::string(option->prompt)] = std::string(it->second);
+  }
+  for (const ImporterOption& option : ImporterOptions()) {
+    const std::string prompt(option.prompt);
+    if (option.kind != options.kind || options.prompt_answers.contains(prompt)) continue;
+    for (const auto& [value, answer] : option.values) {
+      if (value == option.default_value) options.prompt_answers[prompt] = std::string(answer);
+    }
+    if (option.required && !options.prompt_answers.contains(prompt)) {
+      *error = options.kind + " needs " + std::string(option.option) + " " + OptionValues(option);
+      return std::nullopt;
+    }
   }
   if (options.number.empty() || options.number.size() > kCompanyNumberLength ||
       !IsValidCompanyNumber(options.number)) {

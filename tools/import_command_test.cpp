@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 
 #include "base/file.h"
 #include "base/temp_dir_testing.h"
+#include "import/aicpa/aicpa_importer.h"
 #include "import/aicpa/aicpa_testing.h"
 #include "import/frame/frame_testing.h"
 #include "store/codes/account_groups.h"
@@ -56,25 +58,28 @@ TEST(ImportCommandTest, OptionsAreReadAndWrongOnesRefusedWithTheReason) {
   EXPECT_NE(ParseError({"mba", "x", "/d", "AC.ME"}).find("company number"), std::string::npos);
 }
 
-TEST(ImportCommandTest, TheAicpaQuestionsHaveOptionsOfTheirOwn) {
+TEST(ImportCommandTest, TheAicpaQuestionsHaveOptionsOfTheirOwnWithTheWindowsDefaults) {
   std::string error;
   std::optional<ImportCommandOptions> options =
       ParseImportCommand({"aicpa", "A.AST", "/d", "A"}, &error);
   ASSERT_TRUE(options) << error;
-  EXPECT_EQ(options->account, "asset");
-  EXPECT_FALSE(options->switch_sl);
-  EXPECT_FALSE(options->without_dispositions);
-  options = ParseImportCommand({"aicpa", "A.AST", "/d", "A", "--account", "expense", "--switch-sl",
-                                "yes", "--without-dispositions", "yes"},
+  EXPECT_EQ(options->prompt_answers,
+            (std::map<std::string, std::string>{{kAicpaAccountChoice, "Asset Account No."},
+                                                {kAicpaSwitchQuestion, "no"},
+                                                {kAicpaNoDispositionsQuestion, "no"}}));
+  options = ParseImportCommand({"aicpa", "A.AST", "/d", "A", "--account", "accumulated",
+                                "--switch-sl", "yes", "--without-dispositions", "yes"},
                                &error);
   ASSERT_TRUE(options) << error;
-  EXPECT_EQ(options->account, "expense");
-  EXPECT_TRUE(options->switch_sl);
-  EXPECT_TRUE(options->without_dispositions);
+  EXPECT_EQ(options->prompt_answers,
+            (std::map<std::string, std::string>{
+                {kAicpaAccountChoice, "Accumulated Depr. Account Account No."},
+                {kAicpaSwitchQuestion, "yes"},
+                {kAicpaNoDispositionsQuestion, "yes"}}));
   EXPECT_NE(ParseError({"aicpa", "x", "/d", "A", "--account", "cash"})
-                .find("asset, accumulated or expense"),
+                .find("--account takes asset|accumulated|expense"),
             std::string::npos);
-  EXPECT_NE(ParseError({"aicpa", "x", "/d", "A", "--switch-sl", "y"}).find("yes or no"),
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--switch-sl", "yes"}).find("unknown option"),
             std::string::npos);
 }
 
@@ -145,8 +150,7 @@ TEST_F(ImportCommandRunTest, MatchPairsGoOnThePanelAndAnUnknownIdIsAUsageError) 
 // The AICPA importer's own questions are answered from its options; without a dispositions
 // file the default ends the import as the window's No does.
 TEST_F(ImportCommandRunTest, AicpaOptionsAnswerTheAccountChoiceAndBothQuestions) {
-  options_.kind = "aicpa";
-  options_.source = dir_.path() + "/ACME.AST";
+  const std::string source = dir_.path() + "/ACME.AST";
   std::vector<std::string> lines =
       testing::ReportHead("Acme", "For the 12 Months Ended 12/31/2024", {"Federal"});
   for (const std::string& line :
@@ -158,20 +162,25 @@ TEST_F(ImportCommandRunTest, AicpaOptionsAnswerTheAccountChoiceAndBothQuestions)
         testing::AccountRow("Depreciation/Amortization Expense", "6100")}) {
     lines.push_back(line);
   }
-  WriteText(options_.source, testing::Joined(lines));
+  WriteText(source, testing::Joined(lines));
+  std::string error;
+  std::optional<ImportCommandOptions> options =
+      ParseImportCommand({"aicpa", source, dir_.path(), "NEWCO"}, &error);
+  ASSERT_TRUE(options) << error;
   std::ostringstream out, err;
-  EXPECT_EQ(RunImportCommand(options_, out, err), 1);
+  EXPECT_EQ(RunImportCommand(*options, out, err), 1);
   EXPECT_NE(
       out.str().find("Continue?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"&No\" -> no"),
       std::string::npos)
       << out.str();
   EXPECT_FALSE(PathExists(dir_.path() + "/NEWCO.A"));
 
-  options_.without_dispositions = true;
-  options_.account = "expense";
-  options_.switch_sl = true;
+  options = ParseImportCommand({"aicpa", source, dir_.path(), "NEWCO", "--without-dispositions",
+                                "yes", "--account", "expense", "--switch-sl", "yes"},
+                               &error);
+  ASSERT_TRUE(options) << error;
   out.str("");
-  ASSERT_EQ(RunImportCommand(options_, out, err), 0) << out.str() << err.str();
+  ASSERT_EQ(RunImportCommand(*options, out, err), 0) << out.str() << err.str();
   EXPECT_NE(out.str().find("-> choose 2 \"Depreciation Expense Account No.\""), std::string::npos)
       << out.str();
   EXPECT_NE(out.str().find("Straight Line?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "

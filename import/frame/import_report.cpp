@@ -1,5 +1,6 @@
 #include "import/frame/import_report.h"
 
+#include "base/ascii.h"
 #include "base/str_format.h"
 #include "store/asset/asset.h"
 
@@ -29,6 +30,10 @@ void ImportReport::Added(const NvAsset& asset) {
 
 void ImportReport::LeftOut(LeftOutRecord record) {
   left_out_.push_back(std::move(record));
+}
+
+void ImportReport::Note(std::string source, std::string number, std::string text) {
+  notes_.push_back(source + ": asset \"" + std::string(TrimBlanks(number)) + "\": " + text);
 }
 
 std::string_view LeftOutReasonText(LeftOutReason reason) {
@@ -78,6 +83,10 @@ std::string ImportReport::Text() const {
       if (!record.detail.empty()) text += " (" + record.detail + ")";
       text += "\n";
     }
+  }
+  if (!notes_.empty()) {
+    text += "\nNotes:\n";
+    for (const std::string& note : notes_) text += "  " + note + "\n";
   }
   return text;
 }

@@ -43,11 +43,15 @@ class ImportReport {
   void CountRead() { ++read_; }
   void Added(const NvAsset& asset);
   void LeftOut(LeftOutRecord record);
+  // Something of a record that was added but could not be carried whole.
+  void Note(std::string source, std::string number, std::string text);
 
   long read() const { return read_; }
   long added() const { return added_; }
   long left_out() const { return static_cast<long>(left_out_.size()); }
   const std::vector<LeftOutRecord>& left_out_records() const { return left_out_; }
+  // Notes, in the form "line 3: asset \"12.01\": text".
+  const std::vector<std::string>& notes() const { return notes_; }
   const std::map<char, ScheduleTotals>& totals() const { return totals_; }
 
   // The report as text for people, LF line ends.
@@ -61,6 +65,7 @@ class ImportReport {
   long read_ = 0;
   long added_ = 0;
   std::vector<LeftOutRecord> left_out_;
+  std::vector<std::string> notes_;
   std::map<char, ScheduleTotals> totals_;  // by schedule letter
 };
 
