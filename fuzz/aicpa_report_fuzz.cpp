@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (char letter : summary.acquired_books) {
     Check(summary.books.find(letter) != std::string::npos);
   }
-  Check(!summary.company_name || summary.company_name->size() <= 40);
+  Check(!summary.company_name || summary.company_name->size() <= nv::aicpa::kNameKept);
 
   nv::NvCompanyRecord company;
   company.schedule_letters = "TACSBO";

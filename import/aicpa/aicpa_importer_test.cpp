@@ -364,11 +364,13 @@ TEST_F(AicpaImportTest, AReportWithoutBookHeadingsIsToldAndItsAssetsStillCome) {
 }
 
 // Adding to a company that has asset 101 already: that asset and its groups stay as they
-// were, and the report's disposition of 101 is not the existing asset's.
+// were, and the report's disposition of 101 is not the existing asset's. The company
+// rounds to whole dollars.
 TEST_F(AicpaImportTest, AddingToAnExistingCompanyKeepsItsAssetsAndGroups) {
   {
     NvCompany company(ctx_);
     company.record() = testing::TwoBookCompany();
+    company.record().round_dollars = true;
     ASSERT_EQ(company.Create({"ACME", "Acme"}, NvCompany::kOpenI1 | NvCompany::kOpenI2), 0);
     ASSERT_GT(company.Open("ACME", NvCompany::kOpenI1 | NvCompany::kOpenI2, *Script("")), 0);
     NvAsset asset = testing::MakeAsset(company.record(), 101);
@@ -381,6 +383,9 @@ TEST_F(AicpaImportTest, AddingToAnExistingCompanyKeepsItsAssetsAndGroups) {
     groups.groups.push_back({"OLD", "Kept", {"1", "2", "3", "4"}});
     ASSERT_EQ(SaveAccountGroups(dir_.path() + "/", "ACME", groups), 1);
   }
+  WriteText(dir_.path() + "/src/acme-2024.dsp",
+            Joined({DispositionLine("101", "06/30/24", "5,000.00", "250.00"),
+                    DispositionLine("102", "09/30/24", "1,000.60", "0.25")}));
   const ImportResult result = Run("file " + source_ + "\ntext ACME\nchoose-text " +
                                   kAddAssetsOption + "\nyes\nchoose 0\nno\n");
   EXPECT_EQ(result.added, 2) << transcript_;
@@ -389,11 +394,15 @@ TEST_F(AicpaImportTest, AddingToAnExistingCompanyKeepsItsAssetsAndGroups) {
   EXPECT_EQ(ours.description, "Our own drill");
   EXPECT_FALSE(ours.disposed());
   EXPECT_NE(result.report_text.find(
-                "dispositions line 3: asset \"101\": passed over by the importer (disposition of "
+                "dispositions line 1: asset \"101\": passed over by the importer (disposition of "
                 "an asset this import did not add)"),
             std::string::npos)
       << result.report_text;
-  EXPECT_EQ(Asset("103").disposal_code, 'A');
+  // The company rounds to dollars: so do the amounts of a disposition.
+  const NvAsset building = Asset("102");
+  EXPECT_EQ(building.disposal_code, 'S');
+  EXPECT_DOUBLE_EQ(building.sale_amount, 1000.0);
+  EXPECT_DOUBLE_EQ(building.amount_disposed, 250000.0);
   EXPECT_EQ(Record().schedule_letters, "BT") << "the company's record is its own";
   EXPECT_EQ(Asset("102").account, "1600");
 

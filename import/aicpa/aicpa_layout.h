@@ -81,6 +81,7 @@ inline constexpr char kFormFeed = '\f';
 inline constexpr size_t kNameLastLine = 4;  // " Basis" is looked for on lines 1 to 4
 inline constexpr char kNameMarker[] = " Basis";
 inline constexpr size_t kNameDateWidth = 10;  // the date that ends the name's line
+inline constexpr size_t kNameKept = 40;
 inline constexpr char kMonthsEndedMarker[] = "Months Ended ";
 inline constexpr size_t kMonthsWidth = 3;  // before "Months Ended "
 inline constexpr long kHeadingsFirstLine = 21;

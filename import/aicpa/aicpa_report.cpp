@@ -194,7 +194,7 @@ void SummaryReader::OnLine(std::string_view text, long number) {
       std::string_view rest = text.substr(at + std::string_view(kNameMarker).size());
       while (!rest.empty() && rest.back() == ' ') rest.remove_suffix(1);
       rest = rest.size() > kNameDateWidth ? rest.substr(0, rest.size() - kNameDateWidth) : "";
-      summary_.company_name = std::string(TrimBlanks(rest).substr(0, 40));
+      summary_.company_name = std::string(TrimBlanks(rest).substr(0, kNameKept));
     }
   }
   if (!TrimBlanks(text).empty()) text_seen_ = true;

@@ -72,7 +72,7 @@ void SplitReport(std::string_view bytes, ReportVisitor& visitor);
 using AccountNumbers = std::array<std::string, kAccountCount>;
 
 struct ReportSummary {
-  std::optional<std::string> company_name;  // at most 40 characters
+  std::optional<std::string> company_name;  // at most kNameKept characters
   int months = 0;                           // months of the year, 0 when not given
   std::optional<Date> year_end;             // Current Year End
   std::string books;                        // the book columns' schedule letters, in column order
