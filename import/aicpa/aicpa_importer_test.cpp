@@ -290,6 +290,19 @@ TEST_F(AicpaImportTest, AccountGroupsAreNamedByTheChosenAccount) {
   EXPECT_EQ(Asset("102").account, "6200");
 }
 
+// An account groups file of a format this program does not know is not written over.
+TEST_F(AicpaImportTest, AnAccountGroupsFileOfAnUnknownFormatIsLeftAlone) {
+  const std::string unknown = "999\nwritten by a newer program\n";
+  WriteText(dir_.path() + "/ACME.ACG", unknown);
+  RunNew("0", "no");
+  EXPECT_NE(transcript_.find("message title=\"Warning\" text=\"The account groups of company "
+                             "ACME are in a form this program cannot read."),
+            std::string::npos)
+      << transcript_;
+  EXPECT_EQ(ReadText(dir_.path() + "/ACME.ACG"), unknown);
+  EXPECT_EQ(Asset("101").account, "");
+}
+
 TEST_F(AicpaImportTest, YesToTheSwitchQuestionSwitchesDecliningBalanceOfOtherBooks) {
   RunNew("0", "yes");
   EXPECT_EQ(Asset("103").Schedule('T')->method, 10);
