@@ -1,5 +1,6 @@
 #include "base/money.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 
@@ -44,10 +45,18 @@ double RoundDollars(double amount) {
   return std::round(amount);
 }
 
+std::string FixedDecimals(double amount, int decimals) {
+  // As "%.*f" writes it (to_chars promises the same digits), without printf's parsing.
+  char buffer[400];  // the largest double has 309 digits before the point
+  const std::to_chars_result r =
+      std::to_chars(buffer, buffer + sizeof buffer, amount, std::chars_format::fixed, decimals);
+  return r.ec == std::errc() ? std::string(buffer, r.ptr) : StrPrintf("%.*f", decimals, amount);
+}
+
 std::string FormatMoney(double amount, bool round_dollars) {
   if (!std::isfinite(amount)) amount = 0;
   std::string text =
-      round_dollars ? StrPrintf("%.0f", RoundDollars(amount)) : StrPrintf("%.2f", amount);
+      round_dollars ? FixedDecimals(RoundDollars(amount), 0) : FixedDecimals(amount, 2);
   if (text == "-0" || text == "-0.00") text.erase(0, 1);
   return text;
 }

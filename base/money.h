@@ -12,6 +12,9 @@ namespace nv {
 
 std::string FormatMoney(double amount, bool round_dollars);
 
+// The amount with `decimals` decimals, exactly as "%.*f" writes it.
+std::string FixedDecimals(double amount, int decimals);
+
 // The amount rounded to whole dollars, half away from zero.
 double RoundDollars(double amount);
 

@@ -4,6 +4,7 @@
 // would have seen.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,6 +17,8 @@
 
 #include "base/temp_dir_testing.h"
 #include "import/aicpa/aicpa_testing.h"
+#include "import/fas1000/fas1000_testing.h"
+#include "import/mba/mba_testing.h"
 
 namespace nv {
 namespace {
@@ -147,6 +150,26 @@ TEST_F(NvimportProcess, AicpaImportRunsToItsCount) {
   EXPECT_EQ(run.transcript.find("error:"), std::string::npos) << run.transcript;
 }
 
+// One importer end to end in the real binary: the import window's MBA command, through the
+// file dialog, the company number and the company screen, into a new company.
+TEST_F(NvimportProcess, TheMbaCommandImportsAFileIntoANewCompany) {
+  testing::MbaLineText press('A', "0102PRESS12");
+  press.Description("Press").Cost("1200").Acquired("031598").Accounts("1500", "1510", "6100");
+  const std::string source = dir_.File("mbafa.txt");
+  std::ofstream(source, std::ios::binary) << press.text() << "\r\n";
+  WriteScript("command 108\ncommand 1\nfile " + source + "\ntext MBA1\nsave\nyes\n");
+  ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_NE(run.transcript.find("prompt=\"NORVANE company number.\" text=\"MBAFA\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_NE(run.transcript.find("message title=\"Done\" text=\"1 assets copied.\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("MBA1.A")).good());
+  EXPECT_TRUE(std::ifstream(dir_.File("MBA1.ACG")).good());
+}
+
 // Command 106 reads a whole-company text file into a new company.
 TEST_F(NvimportProcess, TextImportCommandMakesACompanyFromATextFile) {
   const std::string general = "1500" + std::string(20, '\t');
@@ -159,6 +182,46 @@ TEST_F(NvimportProcess, TextImportCommandMakesACompanyFromATextFile) {
   EXPECT_EQ(run.exit_code, 0) << run.transcript;
   EXPECT_NE(run.transcript.find("text=\"2 assets copied.\""), std::string::npos) << run.transcript;
   EXPECT_TRUE(std::ifstream(dir_.File("SHOP.A")).good());
+}
+
+// One import through the real binary: the FAS 1000/2000 button, a company folder written
+// from the layouts, and the answers a person would give.
+TEST_F(NvimportProcess, Fas1000ImportRunsFromItsButtonToTheCount) {
+  using fas1000::testing::ColumnLine;
+  using fas1000::testing::Key;
+  const std::string source = dir_.path() + "/FASCO/";
+  ::mkdir(source.c_str(), 0755);
+  std::ofstream(source + "COMPANY.SAF", std::ios::binary)
+      << fas1000::testing::CompanySaf("Fas Test Co", true);
+  std::ofstream(source + "cmpsetup.dat", std::ios::binary)
+      << fas1000::testing::CmpSetup(true, true, false, false, false);
+  std::ofstream(source + "assetgen.asc", std::ios::binary)
+      << ColumnLine().At(0, Key("1")).At(24, "A").At(77, "Press").str() << "\r\n"
+      << ColumnLine().At(0, Key("2")).At(24, "A").At(77, "Lathe").str() << "\r\n";
+  const std::string press =
+      ColumnLine().At(0, Key("1")).At(11, "0").At(13, "010524").At(20, "900").At(36, "SL").str();
+  const std::string lathe =
+      ColumnLine().At(0, Key("2")).At(11, "1").At(13, "020124").At(20, "400").At(36, "SL").str();
+  std::ofstream(source + "bookdata.asc", std::ios::binary) << press << "\r\n" << lathe << "\r\n";
+  WriteScript("command 103\nfile " + source +
+              "COMPANY.SAF\ntext FASCO\nsave\nyes\nok\ncommand 1\n");
+
+  ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
+  EXPECT_EQ(run.exit_code, 0) << run.transcript;
+  EXPECT_EQ(
+      run.transcript.rfind("command 103 \"Best FAS1000 or FAS2000\"\nfile-open title=\"Select "
+                           "FAS 1000 or 2000 Company File\"",
+                           0),
+      0u)
+      << run.transcript;
+  EXPECT_NE(run.transcript.find("company-screen number=\"FASCO\" name=\"Fas Test Co\""),
+            std::string::npos);
+  EXPECT_NE(run.transcript.find("message title=\"Done\" text=\"2 assets copied.\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_TRUE(run.transcript.ends_with("command 1 \"Close\"\nwindow closed\n")) << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("FASCO.A")).good());
+  EXPECT_NE(ReadAll(dir_.File("MASTER.A")).find("FASCO"), std::string::npos);
 }
 
 }  // namespace

@@ -4,18 +4,20 @@
 
 #include "import/aicpa/aicpa_importer.h"
 #include "import/dbs/dbs_importer.h"
+#include "import/fas1000/fas1000_importer.h"
+#include "import/mba/mba_importer.h"
 
 namespace nv {
 namespace {
 
 constexpr ImporterEntry kImporters[] = {
     {102, "pcfas", "Best PC/FAS", nullptr},
-    {103, "fas1000", "Best FAS1000 or FAS2000", nullptr},
+    {103, "fas1000", "Best FAS1000 or FAS2000", &MakeFas1000Importer},
     {104, "faswin", "Best FAS for Windows", nullptr},
-    {105, "aicpa", "AICPA Depreciation", MakeAicpaImporter},
+    {105, "aicpa", "AICPA Depreciation", &MakeAicpaImporter},
     {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
     {107, "bna", "BNA Next Dimension", nullptr},
-    {108, "mba", "MBA Software", nullptr},
+    {108, "mba", "MBA Software", &MakeMbaImporter},
 };
 
 }  // namespace

@@ -64,7 +64,7 @@ class ScriptedProgramTest : public ::testing::Test {
 TEST_F(ScriptedProgramTest, ImportRunsCommandsInOrderUntilClose) {
   EXPECT_EQ(Run({"/PID:abc", "import"},
                 "# two imports, then help\ncommand 102\ncommand 106\ncommand 9\n"
-                "command 1\ncommand 103\n"),
+                "command 1\ncommand 103\n# the text import's first question\ncancel\n"),
             0);
   // What each import shows is its own business; the commands run in order, Close ends the
   // run and the command after it is never reached.

@@ -6,9 +6,11 @@
 #include <sstream>
 
 #include "base/file.h"
+#include "base/file_util.h"
 #include "base/temp_dir_testing.h"
 #include "import/aicpa/aicpa_importer.h"
 #include "import/aicpa/aicpa_testing.h"
+#include "import/fas1000/fas1000_testing.h"
 #include "import/frame/frame_testing.h"
 #include "store/codes/account_groups.h"
 #include "store/company/asset_testing.h"
@@ -210,6 +212,39 @@ TEST_F(ImportCommandRunTest, RefusesBeforeTouchingAnything) {
   std::ostringstream out, err;
   EXPECT_EQ(RunImportCommand(not_built, out, err), 1);
   EXPECT_NE(err.str().find("not available in this build"), std::string::npos);
+}
+
+// nvtool import fas1000 runs the FAS 1000/2000 importer on COMPANY.SAF with the options'
+// answers: the match pairs, and --existing add for the second run.
+TEST(ImportCommandFas1000Test, RunsTheImporterOfItsKind) {
+  using fas1000::testing::ColumnLine;
+  using fas1000::testing::Key;
+  TempDir dir;
+  const std::string source = dir.path() + "/FASCO/";
+  ASSERT_TRUE(MakeDirectories(source));
+  WriteText(source + "COMPANY.SAF", fas1000::testing::CompanySaf("Fas Co", false));
+  WriteText(source + "cmpsetup.dat", fas1000::testing::CmpSetup(true, false, false, false, false));
+  WriteText(source + "assetgen.asc",
+            ColumnLine().At(0, Key("7")).At(24, "A").At(31, "0500").str() + "\n");
+  WriteText(source + "bookdata.asc",
+            ColumnLine().At(0, Key("7")).At(11, "0").At(20, "50").At(36, "SL").str() + "\n");
+  WriteText(source + "lablinfo.asc", ColumnLine().At(0, Key("7")).str() + "\n");
+  std::string error;
+  std::optional<ImportCommandOptions> options = ParseImportCommand(
+      {"fas1000", source + "COMPANY.SAF", dir.path(), "fasco", "--match", "202=108"}, &error);
+  ASSERT_TRUE(options) << error;
+  std::ostringstream out, err;
+  ASSERT_EQ(RunImportCommand(*options, out, err), 0) << out.str() << err.str();
+  EXPECT_NE(out.str().find("-> match 202=108, ok pairs=[201=101, 202=108]"), std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("text=\"1 assets copied.\""), std::string::npos) << out.str();
+
+  options->existing = "add";
+  std::ostringstream again;
+  ASSERT_EQ(RunImportCommand(*options, again, err), 0) << again.str() << err.str();
+  EXPECT_NE(again.str().find("text=\"0 assets copied.\""), std::string::npos) << again.str();
+  EXPECT_NE(again.str().find("asset \"7.00\": duplicate asset number"), std::string::npos)
+      << again.str();
 }
 
 }  // namespace

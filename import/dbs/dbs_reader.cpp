@@ -47,60 +47,55 @@ int Digits(std::string_view text) {
   return value;
 }
 
-// Reads the fields of one line in order.
+// Reads the fields of one line in order. A field's text stays valid until the next field
+// is read.
 class FieldCursor {
  public:
   FieldCursor(std::string_view line, char delimiter) : line_(line), delimiter_(delimiter) {}
 
-  std::string Next(size_t width, bool date) {
-    size_t at = position_;
-    std::string text = Read(width, date, &at);
-    position_ = at;
-    return text;
-  }
-  std::string Peek(size_t width, bool date) const {
+  std::string_view Next(size_t width, bool date) { return Read(width, date, &position_); }
+  std::string_view Peek(size_t width, bool date) {
     size_t at = position_;
     return Read(width, date, &at);
   }
 
  private:
-  std::string Read(size_t width, bool date, size_t* at) const {
+  std::string_view Read(size_t width, bool date, size_t* at) {
     const size_t n = line_.size();
     size_t pos = std::min(*at, n);
     if (delimiter_ == '\0') {
       if (date) width = kFixedDateWidth;
       *at = pos + width;
-      return std::string(line_.substr(pos, width));
+      return line_.substr(pos, width);
     }
     if (date) width = kDelimitedDateWidth;
-    std::string text;
     if (pos < n && line_[pos] == '"') {
+      quoted_.clear();
       ++pos;
       while (pos < n) {
-        const char c = line_[pos];
-        if (c == '"') {
+        if (line_[pos] == '"') {
           if (pos + 1 >= n || line_[pos + 1] == delimiter_) {
             pos += 2;  // the closing quote and the delimiter after it
             break;
           }
           ++pos;  // a quote inside: dropped, the character after it kept
         }
-        if (text.size() < width) text.push_back(line_[pos]);
+        if (quoted_.size() < width) quoted_.push_back(line_[pos]);
         ++pos;
       }
       *at = pos;
-      return text;
+      return quoted_;
     }
     size_t end = line_.find(delimiter_, pos);
     if (end == std::string_view::npos) end = n;
-    text.assign(line_.substr(pos, std::min(end - pos, width)));
     *at = end + 1;
-    return text;
+    return line_.substr(pos, std::min(end - pos, width));
   }
 
   std::string_view line_;
   char delimiter_;
   size_t position_ = 0;
+  std::string quoted_;
 };
 
 NvAssetNo ReadNumber(std::string_view text, const NvAssetNoFormat& format) {
@@ -135,9 +130,10 @@ std::string AssetNumberText(std::string_view line, char delimiter, size_t number
   FieldCursor cursor(line, delimiter);
   for (const TextRecordField& field : TextRecordLayout()) {
     const bool number = field.kind == TextFieldKind::kAssetNumber;
-    const std::string text = cursor.Next(number ? number_width : static_cast<size_t>(field.width),
-                                         field.kind == TextFieldKind::kDate);
-    if (number) return text;
+    const std::string_view text =
+        cursor.Next(number ? number_width : static_cast<size_t>(field.width),
+                    field.kind == TextFieldKind::kDate);
+    if (number) return std::string(text);
   }
   return {};
 }
@@ -198,7 +194,7 @@ std::optional<std::string_view> DbsLineReader::Next() {
     const size_t feed = rest.find('\n');
     std::string_view line = rest.substr(0, std::min(feed, kTextRecordMaxLength));
     const bool whole = line.size() == (feed == std::string_view::npos ? rest.size() : feed);
-    position_ += line.size() + (whole ? 1 : 0);
+    position_ += line.size() + (whole && feed != std::string_view::npos ? 1 : 0);
     ++line_number_;
     if (whole && !line.empty() && line.back() == '\r') line.remove_suffix(1);
     if (line.find_first_not_of(' ') == std::string_view::npos) continue;
@@ -208,8 +204,12 @@ std::optional<std::string_view> DbsLineReader::Next() {
 }
 
 double ReadDbsAmount(std::string_view text) {
-  const std::string copy(Trim(text));
-  const double value = std::strtod(copy.c_str(), nullptr);
+  text = Trim(text);
+  char copy[32];  // amounts are cut to 11 characters; a longer text reads as its start
+  const size_t length = std::min(text.size(), sizeof copy - 1);
+  text.copy(copy, length);
+  copy[length] = '\0';
+  const double value = std::strtod(copy, nullptr);
   return std::isfinite(value) ? value : 0;
 }
 
@@ -290,7 +290,7 @@ DbsRecordInfo ReadDbsRecord(std::string_view line, char delimiter, const NvAsset
       asset->user_fields[4].clear();
       continue;
     }
-    const std::string text = cursor.Next(width, date);
+    const std::string_view text = cursor.Next(width, date);
     NvAssetSchedule* schedule = field.slot >= 0 ? &slots[field.slot] : nullptr;
     switch (field.role) {
       case TextFieldRole::kSlotLetters:

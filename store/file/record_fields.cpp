@@ -42,8 +42,7 @@ std::string FormatRecordAmount(double amount, bool round_dollars) {
   std::string text = FormatMoney(amount, round_dollars);
   for (int decimals = round_dollars ? 0 : 1; text.size() > kMaxAmountChars && decimals >= 0;
        --decimals) {
-    text = decimals == 0 ? StrPrintf("%.0f", RoundDollars(amount))
-                         : StrPrintf("%.*f", decimals, amount);
+    text = decimals == 0 ? FixedDecimals(RoundDollars(amount), 0) : FixedDecimals(amount, decimals);
   }
   if (text.size() <= kMaxAmountChars) return text;
   return amount < 0 ? "-99999999999" : "999999999999";
