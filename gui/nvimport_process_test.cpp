@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include "base/temp_dir_testing.h"
+#include "import/aicpa/aicpa_testing.h"
 #include "import/fas1000/fas1000_testing.h"
 #include "import/mba/mba_testing.h"
 #include "store/company/asset_testing.h"
@@ -181,6 +182,33 @@ TEST_F(NvimportProcess, ExportAllAssetDataFieldsWritesTheTextFile) {
   EXPECT_TRUE(text.starts_with("BATSC\t")) << text;
   EXPECT_NE(text.find("\tAsset 1 variant 0\t"), std::string::npos) << text;
   EXPECT_TRUE(text.ends_with("\r\n"));
+}
+
+// The import window's AICPA command, run to its count by the real binary: the company is
+// made from the report and its asset copied.
+TEST_F(NvimportProcess, AicpaImportRunsToItsCount) {
+  std::vector<std::string> lines =
+      testing::ReportHead("Process Co", "For the 12 Months Ended 12/31/2024", {"Federal"});
+  for (const std::string& line : {std::string("\f"), testing::ValueRow("Asset No.", "42", 41),
+                                  testing::ValueRow("Asset Description (line 1)", "Forklift"),
+                                  testing::BookRow("Date Acquired", {"02/01/2024"}),
+                                  testing::BookRow("Cost or Basis", {"21,000.00"})}) {
+    lines.push_back(line);
+  }
+  std::ofstream(dir_.File("PROC.AST"), std::ios::binary) << testing::Joined(lines);
+  WriteScript("command 105\ncommand 1\nfile " + dir_.File("PROC.AST") +
+              "\nyes\ntext PROC\nchoose 0\nsave\nyes\nno\n");
+  ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_NE(run.transcript.find("command 105 \"AICPA Depreciation\""), std::string::npos)
+      << run.transcript;
+  EXPECT_NE(run.transcript.find("text=\"Unable to open dispositions file."), std::string::npos)
+      << run.transcript;
+  EXPECT_NE(run.transcript.find("message title=\"Done\" text=\"1 assets copied.\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("PROC.A")).good());
+  EXPECT_EQ(run.transcript.find("error:"), std::string::npos) << run.transcript;
 }
 
 // One importer end to end in the real binary: the import window's MBA command, through the

@@ -32,6 +32,7 @@ struct ImporterOption {
   std::string_view prompt;  // the question's text or the choice list's message
   std::vector<std::pair<std::string_view, std::string_view>> values;  // value -> answer
   bool required = false;
+  std::string_view default_value = {};  // the value taken when the option is not given
 };
 const std::vector<ImporterOption>& ImporterOptions();
 

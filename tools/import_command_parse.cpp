@@ -2,6 +2,7 @@
 #include <cctype>
 
 #include "base/ascii.h"
+#include "import/aicpa/aicpa_importer.h"
 #include "import/dbs/dbs_importer.h"
 #include "import/importers.h"
 #include "store/company/company.h"
@@ -63,6 +64,21 @@ const std::vector<ImporterOption>& ImporterOptions() {
         {"fixed", kImportRecordTypes[2]}},
        true},
       {"text", "--user-fields", kFiveUserFieldsImportQuestion, {{"yes", "yes"}, {"no", "no"}}},
+      {"aicpa",
+       "--account",
+       kAicpaAccountChoice,
+       {{"asset", kAicpaAccountOptions[0]},
+        {"accumulated", kAicpaAccountOptions[1]},
+        {"expense", kAicpaAccountOptions[2]}},
+       false,
+       "asset"},
+      {"aicpa", "--switch-sl", kAicpaSwitchQuestion, {{"yes", "yes"}, {"no", "no"}}, false, "no"},
+      {"aicpa",
+       "--without-dispositions",
+       kAicpaNoDispositionsQuestion,
+       {{"yes", "yes"}, {"no", "no"}},
+       false,
+       "no"},
   };
   return options;
 }
@@ -156,8 +172,12 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     options.prompt_answers[std::string(option->prompt)] = std::string(it->second);
   }
   for (const ImporterOption& option : ImporterOptions()) {
-    if (option.kind == options.kind && option.required &&
-        !options.prompt_answers.contains(std::string(option.prompt))) {
+    const std::string prompt(option.prompt);
+    if (option.kind != options.kind || options.prompt_answers.contains(prompt)) continue;
+    for (const auto& [value, answer] : option.values) {
+      if (value == option.default_value) options.prompt_answers[prompt] = std::string(answer);
+    }
+    if (option.required && !options.prompt_answers.contains(prompt)) {
       *error = options.kind + " needs " + std::string(option.option) + " " + OptionValues(option);
       return std::nullopt;
     }

@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 
 #include "base/file.h"
 #include "base/file_util.h"
 #include "base/temp_dir_testing.h"
+#include "import/aicpa/aicpa_importer.h"
+#include "import/aicpa/aicpa_testing.h"
 #include "import/fas1000/fas1000_testing.h"
 #include "import/frame/frame_testing.h"
+#include "store/codes/account_groups.h"
 #include "store/company/asset_testing.h"
 #include "store/store_testing.h"
 
@@ -54,6 +58,31 @@ TEST(ImportCommandTest, OptionsAreReadAndWrongOnesRefusedWithTheReason) {
             std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d"}).find("KIND SOURCE FOLDER NUMBER"), std::string::npos);
   EXPECT_NE(ParseError({"mba", "x", "/d", "AC.ME"}).find("company number"), std::string::npos);
+}
+
+TEST(ImportCommandTest, TheAicpaQuestionsHaveOptionsOfTheirOwnWithTheWindowsDefaults) {
+  std::string error;
+  std::optional<ImportCommandOptions> options =
+      ParseImportCommand({"aicpa", "A.AST", "/d", "A"}, &error);
+  ASSERT_TRUE(options) << error;
+  EXPECT_EQ(options->prompt_answers,
+            (std::map<std::string, std::string>{{kAicpaAccountChoice, "Asset Account No."},
+                                                {kAicpaSwitchQuestion, "no"},
+                                                {kAicpaNoDispositionsQuestion, "no"}}));
+  options = ParseImportCommand({"aicpa", "A.AST", "/d", "A", "--account", "accumulated",
+                                "--switch-sl", "yes", "--without-dispositions", "yes"},
+                               &error);
+  ASSERT_TRUE(options) << error;
+  EXPECT_EQ(options->prompt_answers,
+            (std::map<std::string, std::string>{
+                {kAicpaAccountChoice, "Accumulated Depr. Account Account No."},
+                {kAicpaSwitchQuestion, "yes"},
+                {kAicpaNoDispositionsQuestion, "yes"}}));
+  EXPECT_NE(ParseError({"aicpa", "x", "/d", "A", "--account", "cash"})
+                .find("--account takes asset|accumulated|expense"),
+            std::string::npos);
+  EXPECT_NE(ParseError({"mba", "x", "/d", "A", "--switch-sl", "yes"}).find("unknown option"),
+            std::string::npos);
 }
 
 class ImportCommandRunTest : public ::testing::Test {
@@ -118,6 +147,52 @@ TEST_F(ImportCommandRunTest, MatchPairsGoOnThePanelAndAnUnknownIdIsAUsageError) 
   EXPECT_NE(err_.str().find("--match: no destination item 203"), std::string::npos) << err_.str();
   EXPECT_FALSE(PathExists(dir_.path() + "/OTHER.A") &&
                out_.str().find("assets copied") != std::string::npos);
+}
+
+// The AICPA importer's own questions are answered from its options; without a dispositions
+// file the default ends the import as the window's No does.
+TEST_F(ImportCommandRunTest, AicpaOptionsAnswerTheAccountChoiceAndBothQuestions) {
+  const std::string source = dir_.path() + "/ACME.AST";
+  std::vector<std::string> lines =
+      testing::ReportHead("Acme", "For the 12 Months Ended 12/31/2024", {"Federal"});
+  for (const std::string& line :
+       {std::string("\f"), testing::ValueRow("Asset No.", "7", 41),
+        testing::ValueRow("Asset Description (line 1)", "Lathe"),
+        testing::BookRow("Date Acquired", {"01/01/2024"}), testing::BookRow("Method", {"200DB"}),
+        testing::AccountRow("Asset", "1500"),
+        testing::AccountRow("Accumulated Depreciation", "1510"),
+        testing::AccountRow("Depreciation/Amortization Expense", "6100")}) {
+    lines.push_back(line);
+  }
+  WriteText(source, testing::Joined(lines));
+  std::string error;
+  std::optional<ImportCommandOptions> options =
+      ParseImportCommand({"aicpa", source, dir_.path(), "NEWCO"}, &error);
+  ASSERT_TRUE(options) << error;
+  std::ostringstream out, err;
+  EXPECT_EQ(RunImportCommand(*options, out, err), 1);
+  EXPECT_NE(
+      out.str().find("Continue?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] default=\"&No\" -> no"),
+      std::string::npos)
+      << out.str();
+  EXPECT_FALSE(PathExists(dir_.path() + "/NEWCO.A"));
+
+  options = ParseImportCommand({"aicpa", source, dir_.path(), "NEWCO", "--without-dispositions",
+                                "yes", "--account", "expense", "--switch-sl", "yes"},
+                               &error);
+  ASSERT_TRUE(options) << error;
+  out.str("");
+  ASSERT_EQ(RunImportCommand(*options, out, err), 0) << out.str() << err.str();
+  EXPECT_NE(out.str().find("-> choose 2 \"Depreciation Expense Account No.\""), std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("Straight Line?\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
+                           "default=\"&No\" -> yes"),
+            std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("text=\"1 assets copied.\""), std::string::npos);
+  AccountGroupList groups;
+  ASSERT_EQ(LoadAccountGroups(dir_.path() + "/", "NEWCO", &groups), 1);
+  EXPECT_EQ(groups.groups[0].code, "6100");
 }
 
 TEST_F(ImportCommandRunTest, RefusesBeforeTouchingAnything) {

@@ -40,6 +40,8 @@ constexpr char kUsage[] =
     "  load FOLDER NUMBER FILE.json     add the document's assets (creating the company)\n"
     "  import KIND SOURCE FOLDER NUMBER [--existing select|erase|add|abort]\n"
     "         [--company FILE.json] [--match DEST=SRC,...] [--books LETTER=BOOK,...]\n"
+    "         aicpa: [--account asset|accumulated|expense] [--switch-sl yes|no]\n"
+    "                [--without-dispositions yes|no]\n"
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
