@@ -5,6 +5,7 @@
 #include "import/aicpa/aicpa_importer.h"
 #include "import/dbs/dbs_importer.h"
 #include "import/fas1000/fas1000_importer.h"
+#include "import/faswin/faswin_importer.h"
 #include "import/mba/mba_importer.h"
 #include "import/pcfas/pcfas_importer.h"
 
@@ -14,7 +15,7 @@ namespace {
 constexpr ImporterEntry kImporters[] = {
     {102, "pcfas", "Best PC/FAS", &MakePcFasImporter},
     {103, "fas1000", "Best FAS1000 or FAS2000", &MakeFas1000Importer},
-    {104, "faswin", "Best FAS for Windows", nullptr},
+    {104, "faswin", "Best FAS for Windows", &MakeFasWinImporter},
     {105, "aicpa", "AICPA Depreciation", &MakeAicpaImporter},
     {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
     {107, "bna", "BNA Next Dimension", nullptr},
