@@ -6,6 +6,7 @@
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/str_format.h"
+#include "import/faswin/faswin_importer.h"
 #include "import/importers.h"
 #include "tools/company_json.h"
 #include "tools/nvtool_context.h"
@@ -74,6 +75,10 @@ class OptionsUi final : public ScriptedUi {
   }
 
   int ChoiceList(const ChoiceListRequest& request) override {
+    if (request.message == kFasWinSelectSchedule) {
+      PushAnswers({ScheduleChoice(request)});
+      return ScriptedUi::ChoiceList(request);
+    }
     if (auto it = options_.prompt_answers.find(request.message);
         it != options_.prompt_answers.end()) {
       PushAnswers({Reply(Kind::kChooseText, it->second)});
@@ -98,11 +103,13 @@ class OptionsUi final : public ScriptedUi {
 
   Answer Question(std::string_view text, DefaultButton default_button) override {
     // The importer's own questions, then the confirmations of the --existing choice.
-    if (auto it = options_.prompt_answers.find(std::string(text));
-        it != options_.prompt_answers.end()) {
-      PushAnswers({Reply(it->second == "yes" ? Kind::kYes : Kind::kNo)});
+    if (const std::string* answer = PromptAnswer(text)) {
+      PushAnswers({Reply(*answer == "yes"      ? Kind::kYes
+                         : *answer == "cancel" ? Kind::kCancel
+                                               : Kind::kNo)});
     } else if ((options_.existing == "erase" && text == kEraseQuestion) ||
-               (options_.existing == "add" && text == kDuplicatesQuestion)) {
+               (options_.existing == "add" &&
+                (text == kDuplicatesQuestion || text == kFasWinMergeQuestion))) {
       PushAnswers({Reply(Kind::kYes)});
     } else {
       const bool yes = default_button == DefaultButton::kYes;
@@ -178,6 +185,34 @@ class OptionsUi final : public ScriptedUi {
     const bool first = !*given;
     *given = true;
     return first;
+  }
+
+  // The answer to a question: its whole text, or a prompt that its text begins with.
+  const std::string* PromptAnswer(std::string_view text) const {
+    if (auto it = options_.prompt_answers.find(std::string(text));
+        it != options_.prompt_answers.end()) {
+      return &it->second;
+    }
+    for (const auto& [prompt, answer] : options_.prompt_answers) {
+      if (!prompt.empty() && text.starts_with(prompt)) return &answer;
+    }
+    return nullptr;
+  }
+
+  // "Select Schedule to Import": the option of --schedule's letter, else the first.
+  ScriptAnswer ScheduleChoice(const ChoiceListRequest& request) {
+    ScriptAnswer answer = Reply(Kind::kChoose);
+    if (options_.schedule == 0) return answer;
+    for (size_t i = 0; i < request.options.size(); ++i) {
+      const std::string& text = request.options[i].text;
+      if (!text.empty() && AsciiUpper(text[0]) == options_.schedule) {
+        answer.position = static_cast<int>(i);
+        return answer;
+      }
+    }
+    option_error_ = StrPrintf("--schedule: no schedule %c in \"%s\"", options_.schedule,
+                              request.message.c_str());
+    return Close();
   }
 
   std::string ExistingOption() const {

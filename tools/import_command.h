@@ -20,8 +20,10 @@ struct ImportCommandOptions {
   std::string company_json;                  // --company FILE.json
   std::vector<std::pair<int, int>> matches;  // --match DEST=SRC (SRC 0 unpairs)
   std::vector<std::pair<char, int>> books;   // --books LETTER=BOOK (BOOK 0 unpairs)
+  char schedule = 0;  // --schedule LETTER (faswin CSV); 0: the company's first schedule
   // The importer's own options (ImporterOptions), as answers to its prompts: question text
-  // -> "yes" or "no"; choice-list message -> the text of the option to choose.
+  // -> "yes", "no" or "cancel" (a question whose text runs on after the prompt, as a
+  // date does, is answered by it too); choice-list message -> the text of the option.
   std::map<std::string, std::string> prompt_answers;
 };
 

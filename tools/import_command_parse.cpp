@@ -4,6 +4,7 @@
 #include "base/ascii.h"
 #include "import/aicpa/aicpa_importer.h"
 #include "import/dbs/dbs_importer.h"
+#include "import/faswin/faswin_importer.h"
 #include "import/importers.h"
 #include "store/company/company.h"
 #include "tools/import_command.h"
@@ -73,6 +74,12 @@ const std::vector<ImporterOption>& ImporterOptions() {
        false,
        "asset"},
       {"aicpa", "--switch-sl", kAicpaSwitchQuestion, {{"yes", "yes"}, {"no", "no"}}, false, "no"},
+      {"faswin",
+       "--delete-disposed",
+       kFasWinDeleteDisposedQuestion,
+       {{"yes", "yes"}, {"no", "no"}, {"cancel", "cancel"}},
+       false,
+       "no"},
       {"aicpa",
        "--without-dispositions",
        kAicpaNoDispositionsQuestion,
@@ -105,6 +112,12 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
         return std::nullopt;
       }
       options.existing = value;
+    } else if (arg == "--schedule") {
+      if (value.size() != 1 || !std::isalpha(static_cast<unsigned char>(value[0]))) {
+        *error = "--schedule takes a schedule letter, not '" + value + "'";
+        return std::nullopt;
+      }
+      options.schedule = AsciiUpper(value[0]);
     } else if (arg == "--company") {
       options.company_json = value;
     } else if (arg == "--match" || arg == "--books") {
@@ -150,6 +163,10 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
       kinds += (kinds.empty() ? "" : ", ") + std::string(entry.kind);
     }
     *error = "unknown kind '" + options.kind + "' (kinds: " + kinds + ")";
+    return std::nullopt;
+  }
+  if (options.schedule != 0 && options.kind != "faswin") {
+    *error = "--schedule is an option of faswin only";
     return std::nullopt;
   }
   for (const auto& [arg, value] : own_options) {

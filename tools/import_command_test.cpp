@@ -11,10 +11,12 @@
 #include "import/aicpa/aicpa_importer.h"
 #include "import/aicpa/aicpa_testing.h"
 #include "import/fas1000/fas1000_testing.h"
+#include "import/faswin/faswin_testing.h"
 #include "import/frame/frame_testing.h"
 #include "store/codes/account_groups.h"
 #include "store/company/asset_testing.h"
 #include "store/store_testing.h"
+#include "ui/scripted_ui_testing.h"
 
 namespace nv {
 namespace {
@@ -245,6 +247,66 @@ TEST(ImportCommandFas1000Test, RunsTheImporterOfItsKind) {
   EXPECT_NE(again.str().find("text=\"0 assets copied.\""), std::string::npos) << again.str();
   EXPECT_NE(again.str().find("asset \"7.00\": duplicate asset number"), std::string::npos)
       << again.str();
+}
+
+// nvtool import faswin: the WFA files make the company with the books paired by --books
+// and old disposals deleted, then a CSV book merges into the schedule --schedule names.
+TEST(ImportCommandFasWinTest, BooksScheduleAndTheDeleteQuestionFromOptions) {
+  using faswin::testing::Lines;
+  using faswin::testing::Record;
+  TempDir dir;
+  const std::string source = dir.path() + "/wfa/";
+  ASSERT_TRUE(MakeDirectories(source));
+  WriteText(source + "WINScmpy.wfa", Lines({"1,Win Co"}));
+  WriteText(source + "WINSbook.wfa", Lines({"B,0,Tax,1", "B,1,Internal,1"}));
+  // Asset 5 (status in chld.wfa: disposed before Last Closed) and asset 6.
+  WriteText(source + "WINSasst.wfa",
+            Lines({Record(35, {{2, "5"}, {11, "Old"}}), Record(35, {{2, "6"}, {11, "New"}})}));
+  WriteText(source + "WINSpart.wfa",
+            Lines({Record(18, {{2, "5"}, {3, "1"}, {6, "70"}, {7, "SL"}, {9, "0500"}}),
+                   Record(18, {{2, "6"}, {3, "1"}, {6, "80"}, {7, "SL"}, {9, "0500"}})}));
+  WriteText(source + "WINSchld.wfa", Lines({Record(51, {{2, "5"}, {43, "D"}, {45, "1/1/00"}})}));
+  WriteText(dir.path() + "/co.json", R"({"company": {"last_closed": "12/31/2023"}})");
+  std::string error;
+  // Both FAS books into the Tax schedule's place swapped: Internal to T, Tax to B.
+  std::optional<ImportCommandOptions> options = ParseImportCommand(
+      {"faswin", source + "WINScmpy.wfa", dir.path(), "wins", "--books", "T=102,B=101",
+       "--delete-disposed", "yes", "--company", dir.path() + "/co.json"},
+      &error);
+  ASSERT_TRUE(options) << error;
+  std::ostringstream out, err;
+  ASSERT_EQ(RunImportCommand(*options, out, err), 0) << out.str() << err.str();
+  EXPECT_NE(out.str().find("before 12/31/2023\" buttons=[\"&Yes\", \"&No\", \"Cancel\"] "
+                           "default=\"&No\" -> yes"),
+            std::string::npos)
+      << out.str();
+  EXPECT_NE(out.str().find("text=\"1 assets copied.\""), std::string::npos) << out.str();
+
+  WriteText(dir.path() + "/book.csv",
+            "Win,Book,2024\nSystem No,Description,Depreciation Method,Estimated Life\n"
+            "6,New name,YD,0300\n");
+  EXPECT_NE(ParseError({"fas1000", "x", "y", "z", "--schedule", "B"}).find("faswin only"),
+            std::string::npos);
+  options = ParseImportCommand({"faswin", dir.path() + "/book.csv", dir.path(), "wins",
+                                "--existing", "add", "--schedule", "B"},
+                               &error);
+  ASSERT_TRUE(options) << error;
+  std::ostringstream merged;
+  ASSERT_EQ(RunImportCommand(*options, merged, err), 0) << merged.str() << err.str();
+  EXPECT_NE(merged.str().find("-> choose 1 \"B - Book\""), std::string::npos) << merged.str();
+
+  const InstallationContext context = testing::ContextFor(dir.path());
+  NvCompany company(context);
+  ASSERT_GT(company.Open("WINS", NvCompany::kOpenI1 | NvCompany::kReadOnly, *testing::Script("")),
+            0);
+  NvAsset asset;
+  ASSERT_GE(company.FindAsset("6", &asset), 0);
+  EXPECT_EQ(asset.description, "New name");
+  EXPECT_EQ(asset.cash_and_notes, 80) << "kept on merge";
+  EXPECT_EQ(asset.Schedule('T')->method, kMethodStraightLine) << "the Internal book";
+  EXPECT_EQ(asset.Schedule('B')->method, kMethodSyd) << "the CSV book";
+  EXPECT_EQ(company.FindAsset("5", &asset), kNotFound);
+  static_cast<void>(company.Close());
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ constexpr char kUsage[] =
     "         [--company FILE.json] [--match DEST=SRC,...] [--books LETTER=BOOK,...]\n"
     "         aicpa: [--account asset|accumulated|expense] [--switch-sl yes|no]\n"
     "                [--without-dispositions yes|no]\n"
+    "         faswin: [--delete-disposed yes|no|cancel] [--schedule LETTER]\n"
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
