@@ -42,6 +42,11 @@ bool CommaRecordReader::Next(CommaRecord* record) {
   record->line = line_;
   record->fields.clear();
   for (;;) {
+    if (pos_ >= size) {
+      // A comma at the very end: an empty last field.
+      record->fields.emplace_back();
+      return true;
+    }
     std::string_view field;
     size_t end = 0;  // where the separator after the field stands
     if (bytes_[pos_] == '"') {

@@ -38,6 +38,8 @@ TEST(FasWinRecordsTest, CrLfEndsRecordsAndAQuoteNeverClosedEndsWithItsLine) {
   EXPECT_EQ(records[2].Field(2), "4");
   EXPECT_EQ(records[2].Field(3), "") << "past the end";
   EXPECT_EQ(records[2].Field(0), "");
+  // A comma as the data's last byte leaves an empty last field.
+  EXPECT_EQ(SplitRecords("x,").at(0).fields, (Fields{"x", ""}));
 }
 
 TEST(FasWinCompanyFilesTest, NameAndUsedBooks) {
