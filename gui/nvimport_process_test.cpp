@@ -18,6 +18,7 @@
 #include "base/temp_dir_testing.h"
 #include "import/aicpa/aicpa_testing.h"
 #include "import/fas1000/fas1000_testing.h"
+#include "import/faswin/faswin_testing.h"
 #include "import/mba/mba_testing.h"
 #include "store/company/asset_testing.h"
 #include "store/company/master_file.h"
@@ -283,6 +284,37 @@ TEST_F(NvimportProcess, Fas1000ImportRunsFromItsButtonToTheCount) {
   EXPECT_TRUE(run.transcript.ends_with("command 1 \"Close\"\nwindow closed\n")) << run.transcript;
   EXPECT_TRUE(std::ifstream(dir_.File("FASCO.A")).good());
   EXPECT_NE(ReadAll(dir_.File("MASTER.A")).find("FASCO"), std::string::npos);
+}
+
+// The FAS for Windows button in the real binary: a newer-layout export written from the
+// layouts, the data fields and books as paired beforehand, old disposals kept.
+TEST_F(NvimportProcess, FasWindowsImportRunsFromItsButtonToTheCount) {
+  using faswin::testing::Lines;
+  using faswin::testing::Record;
+  const std::string source = dir_.path() + "/export/";
+  ::mkdir(source.c_str(), 0755);
+  std::ofstream(source + "WINDcmpy.wfa", std::ios::binary) << Lines({"1,Wind Farm Co"});
+  std::ofstream(source + "WINDbook.wfa", std::ios::binary) << Lines({"B,0,Tax,1"});
+  std::ofstream(source + "WINDasst.wfa", std::ios::binary)
+      << Lines({Record(35, {{2, "1"}, {11, "Turbine"}}), Record(35, {{2, "2"}, {11, "Mast"}})});
+  std::ofstream(source + "WINDpart.wfa", std::ios::binary)
+      << Lines({Record(18, {{2, "1"}, {3, "0"}, {6, "900"}, {7, "SL"}, {9, "0500"}}),
+                Record(18, {{2, "2"}, {3, "0"}, {6, "400"}, {7, "SL"}, {9, "0500"}})});
+  WriteScript("command 104\nfile " + source +
+              "WINDcmpy.wfa\ntext WIND\nsave\nyes\nok\nok\nno\ncommand 1\n");
+
+  ProcessResult run = Start({"/pid:abc", "IMPORT"}, TenLines("abc"));
+  EXPECT_EQ(run.exit_code, 0) << run.transcript;
+  EXPECT_EQ(run.transcript.rfind("command 104 \"Best FAS for Windows\"\nfile-open title=\"Select "
+                                 "FAS for Windows Company File\"",
+                                 0),
+            0u)
+      << run.transcript;
+  EXPECT_NE(run.transcript.find("message title=\"Done\" text=\"2 assets copied.\""),
+            std::string::npos)
+      << run.transcript;
+  EXPECT_EQ(run.transcript.find("error:"), std::string::npos) << run.transcript;
+  EXPECT_TRUE(std::ifstream(dir_.File("WIND.A")).good());
 }
 
 }  // namespace
