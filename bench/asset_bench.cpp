@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "bench/bench_folder.h"
+#include "bench/sqlite_keys.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
 #include "store/company/asset_testing.h"
@@ -122,16 +123,6 @@ void BM_OursReadBySort(benchmark::State& state) {
 
 // ---- SQLite -----------------------------------------------------------------------------
 
-int CollateNumber(void*, int la, const void* a, int lb, const void* b) {
-  return CompareI1Keys({static_cast<const char*>(a), size_t(la)},
-                       {static_cast<const char*>(b), size_t(lb)});
-}
-
-int CollateSort(void* order, int la, const void* a, int lb, const void* b) {
-  return CompareI2Keys({static_cast<const char*>(a), size_t(la)},
-                       {static_cast<const char*>(b), size_t(lb)}, static_cast<const char*>(order));
-}
-
 std::string SqlitePath(int n) {
   return Folder() + "/assets_" + std::to_string(n) + ".db";
 }
@@ -139,9 +130,7 @@ std::string SqlitePath(int n) {
 sqlite3* OpenSqlite(const std::string& path) {
   sqlite3* db = nullptr;
   if (sqlite3_open(path.c_str(), &db) != SQLITE_OK) std::abort();
-  sqlite3_create_collation(db, "NVNUMBER", SQLITE_UTF8, nullptr, CollateNumber);
-  sqlite3_create_collation(db, "NVSORT", SQLITE_UTF8,
-                           const_cast<char*>(Company().sort_order.c_str()), CollateSort);
+  AddKeyCollations(db, Company().sort_order);
   sqlite3_exec(db, "PRAGMA synchronous=OFF; PRAGMA journal_mode=MEMORY; PRAGMA cache_size=-65536;",
                nullptr, nullptr, nullptr);
   return db;

@@ -21,6 +21,7 @@
 
 #include "base/file_util.h"
 #include "bench/bench_folder.h"
+#include "bench/sqlite_keys.h"
 #include "export/text_record.h"
 #include "import/dbs/dbs_importer.h"
 #include "import/dbs/dbs_reader.h"
@@ -165,23 +166,11 @@ void SplitComma(std::string_view line, std::vector<std::string>* fields) {
   fields->resize(kFields);
 }
 
-int CollateNumber(void*, int la, const void* a, int lb, const void* b) {
-  return CompareI1Keys({static_cast<const char*>(a), size_t(la)},
-                       {static_cast<const char*>(b), size_t(lb)});
-}
-
-int CollateSort(void* order, int la, const void* a, int lb, const void* b) {
-  return CompareI2Keys({static_cast<const char*>(a), size_t(la)},
-                       {static_cast<const char*>(b), size_t(lb)}, static_cast<const char*>(order));
-}
-
 sqlite3* OpenSqlite(const std::string& path, bool fresh) {
   if (fresh) std::filesystem::remove(path);
   sqlite3* db = nullptr;
   if (sqlite3_open(path.c_str(), &db) != SQLITE_OK) std::abort();
-  sqlite3_create_collation(db, "NVNUMBER", SQLITE_UTF8, nullptr, CollateNumber);
-  sqlite3_create_collation(db, "NVSORT", SQLITE_UTF8,
-                           const_cast<char*>(Company().sort_order.c_str()), CollateSort);
+  AddKeyCollations(db, Company().sort_order);
   if (!fresh) return db;
   sqlite3_exec(db, "PRAGMA synchronous=OFF; PRAGMA journal_mode=MEMORY; PRAGMA cache_size=-65536;",
                nullptr, nullptr, nullptr);

@@ -2,6 +2,7 @@
 // and schedule letters taken from the first bytes, and checks what the reader promises:
 // lines no longer than the importer's line, texts no longer than their fields, the asset
 // holding exactly the company's schedules.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -18,6 +19,26 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   format.flags = data[1] & 0x83;
   const std::string_view letters = (data[1] & 0x40) ? "BTASOCF" : "TB";
   const std::string_view bytes(reinterpret_cast<const char*>(data) + 2, size - 2);
+
+  // Read in small pieces, the lines are those of the bytes read whole.
+  {
+    nv::DbsLineReader whole(bytes);
+    size_t at = 0;
+    nv::DbsLineReader pieces(
+        [&](char* buffer, size_t size) -> int64_t {
+          const size_t n = std::min(size, bytes.size() - at);
+          bytes.copy(buffer, n, at);
+          at += n;
+          return static_cast<int64_t>(n);
+        },
+        1 + data[0] % 64);
+    for (;;) {
+      const std::optional<std::string_view> a = whole.Next();
+      const std::optional<std::string_view> b = pieces.Next();
+      if (a != b || whole.line_number() != pieces.line_number()) std::abort();
+      if (!a) break;
+    }
+  }
 
   for (char delimiter : {'\t', ',', '\0'}) {
     nv::DbsLineReader lines(bytes);
@@ -36,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       if (info.dropped_letters.size() > nv::kTextRecordSlots) std::abort();
       if (lines.position() > bytes.size()) std::abort();
     }
-    static_cast<void>(nv::GuessDbsAssetNoFormat(bytes, delimiter));
+    static_cast<void>(nv::GuessDbsAssetNoFormat(nv::DbsLineReader(bytes), delimiter));
   }
   return 0;
 }

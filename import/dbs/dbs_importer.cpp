@@ -14,6 +14,7 @@ namespace nv {
 namespace {
 
 constexpr char kDelimiters[] = {'\t', ',', '\0'};
+constexpr char kUnableToReadMessage[] = "Unable to read %s";
 // Schedule letters of a new company whose file has no record with a schedule.
 constexpr char kFallbackLetters[] = "B";
 
@@ -48,19 +49,23 @@ class DataBaseFileImporter final : public Importer {
     const std::filesystem::path path(run.state().source_path);
     if (!path.has_filename()) return false;
     name_ = path.stem().string().substr(0, 8);
-    std::optional<std::string> bytes = ReadFileBytes(run.state().source_path);
-    if (!bytes) {
-      run.ui().Message(StrPrintf("Unable to read %s", run.state().source_path.c_str()), "Error");
+    path_ = run.state().source_path;
+    if (!DbsLineReader::OpenFile(path_)) {
+      run.ui().Message(StrPrintf(kUnableToReadMessage, path_.c_str()), "Error");
       return false;
     }
-    bytes_ = std::move(*bytes);
     return true;
   }
 
   std::string DefaultCompanyNumber(const ImportRun&) const override { return name_; }
 
-  bool FillCompanyRecord(ImportRun&, NvCompanyRecord& record) override {
-    record.asset_no_format = GuessDbsAssetNoFormat(bytes_, delimiter_);
+  bool FillCompanyRecord(ImportRun& run, NvCompanyRecord& record) override {
+    std::optional<DbsLineReader> lines = DbsLineReader::OpenFile(path_);
+    if (!lines) {
+      run.ui().Message(StrPrintf(kUnableToReadMessage, path_.c_str()), "Error");
+      return false;
+    }
+    record.asset_no_format = GuessDbsAssetNoFormat(std::move(*lines), delimiter_);
     std::string letters = UsedSlotLetters(record.asset_no_format);
     if (letters.find('C') != std::string::npos) {
       if (std::optional<std::string> arranged = ArrangeAceLetters(letters, kMaxSchedules)) {
@@ -79,7 +84,13 @@ class DataBaseFileImporter final : public Importer {
 
   bool CopyAssets(ImportRun& run, AddStep& add) override {
     const NvCompanyRecord& company = run.company().record();
-    DbsLineReader lines(bytes_);
+    std::optional<DbsLineReader> opened = DbsLineReader::OpenFile(path_);
+    if (!opened) {
+      run.ui().Message(StrPrintf(kUnableToReadMessage, path_.c_str()), "Error");
+      static_cast<void>(add.Finish());
+      return false;
+    }
+    DbsLineReader& lines = *opened;
     NvAsset asset;
     while (std::optional<std::string_view> line = lines.Next()) {
       add.CountRead();
@@ -93,7 +104,13 @@ class DataBaseFileImporter final : public Importer {
       }
       add.Add(asset, where);
     }
-    return add.Finish();
+    const bool finished = add.Finish();
+    if (lines.failed()) {
+      // What was added stays; the count says how far the copy came.
+      run.ui().Message(StrPrintf(kUnableToReadMessage, path_.c_str()), "Error");
+      return false;
+    }
+    return finished;
   }
 
  private:
@@ -102,7 +119,9 @@ class DataBaseFileImporter final : public Importer {
   std::string UsedSlotLetters(const NvAssetNoFormat& format) const {
     std::string used;
     std::string first;
-    DbsLineReader lines(bytes_);
+    std::optional<DbsLineReader> opened = DbsLineReader::OpenFile(path_);
+    if (!opened) return kFallbackLetters;
+    DbsLineReader& lines = *opened;
     NvAsset asset;
     while (std::optional<std::string_view> line = lines.Next()) {
       // Read every letter's slot by taking the record's own letters as the company's.
@@ -134,7 +153,7 @@ class DataBaseFileImporter final : public Importer {
   ImportDescriptor descriptor_ = DataBaseFileDescriptor();
   char delimiter_ = '\t';
   std::string name_;
-  std::string bytes_;
+  std::string path_;
 };
 
 }  // namespace

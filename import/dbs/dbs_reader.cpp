@@ -6,9 +6,11 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <type_traits>
 #include <variant>
 
+#include "base/file.h"
 #include "store/asset/asset_text_layout.h"
 
 namespace nv {
@@ -149,23 +151,24 @@ size_t FixedLengthWithoutNumbers() {
 
 }  // namespace
 
-NvAssetNoFormat GuessDbsAssetNoFormat(std::string_view bytes, char delimiter) {
+NvAssetNoFormat GuessDbsAssetNoFormat(DbsLineReader lines, char delimiter) {
   NvAssetNoFormat format;
-  DbsLineReader lines(bytes);
   size_t number_width = 64;  // delimited: wide enough for any number
-  if (delimiter == '\0') {
-    std::optional<std::string_view> first = DbsLineReader(bytes).Next();
-    const size_t rest = FixedLengthWithoutNumbers();
-    if (!first || first->size() <= rest || (first->size() - rest) % 2 != 0) return format;
-    number_width = (first->size() - rest) / 2;
-    const NvAssetNoFormat widest{NvAssetNoFormat::kMaxMainLength,
-                                 NvAssetNoFormat::kMaxSubassetLength, 0};
-    if (number_width < 3 || number_width > static_cast<size_t>(widest.KeyLength())) return format;
-  }
   int main_length = 0;
   int subasset_length = 0;
   int flags = 0;
-  while (std::optional<std::string_view> line = lines.Next()) {
+  for (bool first = true; std::optional<std::string_view> line = lines.Next(); first = false) {
+    if (first && delimiter == '\0') {
+      // The first record's length, less every other field, is twice the number's length.
+      const size_t rest = FixedLengthWithoutNumbers();
+      if (line->size() <= rest || (line->size() - rest) % 2 != 0) return format;
+      number_width = (line->size() - rest) / 2;
+      const NvAssetNoFormat widest{NvAssetNoFormat::kMaxMainLength,
+                                   NvAssetNoFormat::kMaxSubassetLength, 0};
+      if (number_width < 3 || number_width > static_cast<size_t>(widest.KeyLength())) {
+        return format;
+      }
+    }
     const std::string text = AssetNumberText(*line, delimiter, number_width);
     const size_t dot = text.find('.');
     if (dot == std::string::npos) continue;
@@ -188,10 +191,46 @@ NvAssetNoFormat GuessDbsAssetNoFormat(std::string_view bytes, char delimiter) {
   return format;
 }
 
+std::optional<DbsLineReader> DbsLineReader::OpenFile(const std::string& path) {
+  auto file = std::make_shared<std::optional<File>>(File::Open(path, File::Mode::kRead));
+  if (!*file) return std::nullopt;
+  auto offset = std::make_shared<uint64_t>(0);
+  return DbsLineReader([file, offset](char* buffer, size_t size) -> int64_t {
+    const int64_t got = (**file).ReadSomeAt(*offset, buffer, size);
+    if (got > 0) *offset += static_cast<uint64_t>(got);
+    return got;
+  });
+}
+
+void DbsLineReader::Fill(size_t want) {
+  while (!at_end_ && buffer_.size() - position_ < want) {
+    // Drop what was consumed, then append a piece.
+    owned_.erase(0, position_);
+    consumed_ += position_;
+    position_ = 0;
+    const size_t had = owned_.size();
+    owned_.resize(had + piece_);
+    const int64_t got = read_(owned_.data() + had, piece_);
+    owned_.resize(had + static_cast<size_t>(std::max<int64_t>(got, 0)));
+    if (got <= 0) {
+      at_end_ = true;
+      failed_ = got < 0;
+    }
+    buffer_ = owned_;
+  }
+}
+
 std::optional<std::string_view> DbsLineReader::Next() {
-  while (position_ < bytes_.size()) {
-    const std::string_view rest = bytes_.substr(position_);
-    const size_t feed = rest.find('\n');
+  for (;;) {
+    // A whole line, a feed included, is at most kTextRecordMaxLength + 1 bytes.
+    size_t feed = buffer_.find('\n', position_);
+    if (feed == std::string_view::npos || feed - position_ > kTextRecordMaxLength) {
+      Fill(kTextRecordMaxLength + 1);
+      feed = buffer_.find('\n', position_);
+    }
+    if (position_ >= buffer_.size()) return std::nullopt;
+    const std::string_view rest = buffer_.substr(position_);
+    feed = feed == std::string_view::npos ? feed : feed - position_;
     std::string_view line = rest.substr(0, std::min(feed, kTextRecordMaxLength));
     const bool whole = line.size() == (feed == std::string_view::npos ? rest.size() : feed);
     position_ += line.size() + (whole && feed != std::string_view::npos ? 1 : 0);
@@ -200,7 +239,6 @@ std::optional<std::string_view> DbsLineReader::Next() {
     if (line.find_first_not_of(' ') == std::string_view::npos) continue;
     return line;
   }
-  return std::nullopt;
 }
 
 double ReadDbsAmount(std::string_view text) {

@@ -25,6 +25,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,20 +37,40 @@
 
 namespace nv {
 
-// Splits the file's bytes into record lines.
+// Splits the file's bytes into record lines, from memory or read from a file in pieces (so
+// that a file of any size is never held whole). A line stays valid until the next call.
 class DbsLineReader {
  public:
-  explicit DbsLineReader(std::string_view bytes) : bytes_(bytes) {}
-  // The next line that is a record, or nullopt at the end.
+  // Fills `buffer` with up to `size` more bytes of the source; 0 at its end, -1 on an error.
+  using ReadMore = std::function<int64_t(char* buffer, size_t size)>;
+
+  explicit DbsLineReader(std::string_view bytes) : buffer_(bytes), at_end_(true) {}
+  explicit DbsLineReader(ReadMore read, size_t piece = 64 * 1024)
+      : read_(std::move(read)), piece_(piece) {}
+  // A reader of the file at `path`; nullopt when it cannot be opened.
+  static std::optional<DbsLineReader> OpenFile(const std::string& path);
+
+  // The next line that is a record, or nullopt at the end (or after a read error).
   std::optional<std::string_view> Next();
   // The 1-based number of the line last returned (a long line split counts as two).
   long line_number() const { return line_number_; }
   // Bytes consumed so far.
-  size_t position() const { return position_; }
+  uint64_t position() const { return consumed_ + position_; }
+  // True when reading the source failed part way.
+  bool failed() const { return failed_; }
 
  private:
-  std::string_view bytes_;
-  size_t position_ = 0;
+  // Makes at least `want` bytes available from position_, or all that is left.
+  void Fill(size_t want);
+
+  ReadMore read_;
+  size_t piece_ = 0;
+  std::string owned_;        // what was read from the source and not yet consumed
+  std::string_view buffer_;  // the bytes being split: owned_, or the caller's
+  size_t position_ = 0;      // in buffer_
+  uint64_t consumed_ = 0;    // bytes dropped from the front of owned_
+  bool at_end_ = false;
+  bool failed_ = false;
   long line_number_ = 0;
 };
 
@@ -73,7 +95,7 @@ DbsRecordInfo ReadDbsRecord(std::string_view line, char delimiter, const NvAsset
 // delimited numbers give the subasset digits, and the main length when a number is longer
 // than 6. Letters and dashes are allowed when a number holds them. A free-form number tells
 // nothing, and an empty file gives the usual 6 and 2.
-NvAssetNoFormat GuessDbsAssetNoFormat(std::string_view bytes, char delimiter);
+NvAssetNoFormat GuessDbsAssetNoFormat(DbsLineReader lines, char delimiter);
 
 // The values of single fields, as the record reader reads them.
 Date ReadDbsDate(std::string_view text);

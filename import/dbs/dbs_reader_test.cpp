@@ -186,19 +186,39 @@ TEST(DbsReader, FixedRecordsReadNumbersAtTheCompanysLength) {
   EXPECT_EQ(a.disposal_code, 'T');
   EXPECT_EQ(a.transferred_to.Text(), "9-13.0");
   EXPECT_EQ(a.disposal_date, (Date{6, 30, 2024}));
-  EXPECT_EQ(GuessDbsAssetNoFormat(line + "\r\n", '\0'), format);
+  EXPECT_EQ(GuessDbsAssetNoFormat(DbsLineReader(line + "\r\n"), '\0'), format);
 }
 
 TEST(DbsReader, LinesSkipBlanksAndSplitAtTheLongestLine) {
   const std::string long_line(1500, 'x');
   const std::string bytes = "first\r\n\n   \r\n" + long_line + "\nlast";
-  DbsLineReader lines(bytes);
-  std::vector<std::pair<long, size_t>> got;
-  while (std::optional<std::string_view> line = lines.Next()) {
-    got.emplace_back(lines.line_number(), line->size());
-  }
   const std::vector<std::pair<long, size_t>> expected = {{1, 5}, {4, 1200}, {5, 300}, {6, 4}};
-  EXPECT_EQ(got, expected);
+  // From memory, and from a source read in pieces smaller and larger than a line.
+  for (size_t piece : {0, 7, 1201, 4096}) {
+    size_t at = 0;
+    DbsLineReader lines = piece == 0 ? DbsLineReader(bytes)
+                                     : DbsLineReader(
+                                           [&](char* buffer, size_t size) -> int64_t {
+                                             const size_t n = std::min(size, bytes.size() - at);
+                                             bytes.copy(buffer, n, at);
+                                             at += n;
+                                             return static_cast<int64_t>(n);
+                                           },
+                                           piece);
+    std::vector<std::pair<long, size_t>> got;
+    while (std::optional<std::string_view> line = lines.Next()) {
+      got.emplace_back(lines.line_number(), line->size());
+      if (line->size() == 4) {
+        EXPECT_EQ(*line, "last");
+      }
+    }
+    EXPECT_EQ(got, expected) << piece;
+    EXPECT_EQ(lines.position(), bytes.size()) << piece;
+    EXPECT_FALSE(lines.failed());
+  }
+  DbsLineReader broken([](char*, size_t) -> int64_t { return -1; });
+  EXPECT_FALSE(broken.Next());
+  EXPECT_TRUE(broken.failed());
 }
 
 TEST(DbsReader, GuessesTheFormatOfDelimitedNumbers) {
@@ -208,9 +228,9 @@ TEST(DbsReader, GuessesTheFormatOfDelimitedNumbers) {
     f[kNumberAt] = number;
     bytes += Delimited(f, ',') + "\r\n";
   }
-  EXPECT_EQ(GuessDbsAssetNoFormat(bytes, ','),
+  EXPECT_EQ(GuessDbsAssetNoFormat(DbsLineReader(bytes), ','),
             (NvAssetNoFormat{9, 3, NvAssetNoFormat::kLetters | NvAssetNoFormat::kDashes}));
-  EXPECT_EQ(GuessDbsAssetNoFormat("", ','), NvAssetNoFormat{});
+  EXPECT_EQ(GuessDbsAssetNoFormat(DbsLineReader(""), ','), NvAssetNoFormat{});
 }
 
 }  // namespace
