@@ -122,8 +122,14 @@ class FasWinImporter final : public Importer {
 
   std::string DefaultCompanyNumber(const ImportRun& run) const override {
     if (!csv_) return prefix_;
+    // The CSV file's name without what a company number cannot hold ("glen-tax" is GLENTAX).
     const std::string name = FileName(run.state().source_path);
-    return name.substr(0, name.size() - 4);
+    std::string number;
+    for (char c : name.substr(0, name.size() - 4)) {
+      const char upper = AsciiUpper(c);
+      if (IsValidCompanyNumber(std::string(1, upper))) number += upper;
+    }
+    return number;
   }
 
   std::string AddQuestion(const ImportRun&) const override {

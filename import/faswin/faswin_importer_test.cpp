@@ -307,6 +307,13 @@ TEST_F(FasWinImportTest, FileNamesAndMissingCompanionFiles) {
   Put("ABCDbkas.wfa", "");
   Run("file " + folder_ + "ABCDcmpy.wfa\ncancel\n");
   EXPECT_TRUE(Shown("text=\"ABCD\"")) << transcript_;
+  // A CSV file whose first line has two fields is no FAS export.
+  Put("short.CSV", "Harbour,Tax\nSystem No\n1\n");
+  Run("file " + folder_ + "short.CSV\n");
+  EXPECT_TRUE(
+      Shown("message title=\"Error\" text=\"short.CSV is not a FAS for Windows CSV "
+            "export:"))
+      << transcript_;
 }
 
 TEST_F(FasWinImportTest, EveryScheduleMustReceiveABook) {
@@ -328,16 +335,18 @@ TEST_F(FasWinImportTest, EveryScheduleMustReceiveABook) {
 }
 
 TEST_F(FasWinImportTest, TwoCsvBooksFillTwoSchedulesOfTheSameAssets) {
-  Put("tax.csv", CsvBook("MF", "0700", "5000", "12/31/2023"));
+  Put("tax-2024.csv", CsvBook("MF", "0700", "5000", "12/31/2023"));
   Put("book.csv", CsvBook("SL", "1000", "2500", "01/01/2024"));
   // A new company with schedules T and B, Custodian in User Field 1; the Tax book first,
   // old disposals deleted (8 was disposed on Last Closed).
-  ImportResult result = Run("file " + folder_ +
-                            "tax.csv\ntext CSVCO\nfield schedule_letters TB\nfield last_closed "
-                            "12/31/2023\nsave\nyes\nmatch 202=109\nok\nyes\nchoose 0\n");
+  ImportResult result =
+      Run("file " + folder_ +
+          "tax-2024.csv\ntext CSVCO\nfield schedule_letters TB\nfield last_closed "
+          "12/31/2023\nsave\nyes\nmatch 202=109\nok\nyes\nchoose 0\n");
   ASSERT_FALSE(failed_) << transcript_;
   EXPECT_EQ(result.added, 1) << transcript_;
   EXPECT_TRUE(Shown("choice title=\"\" text=\"Select Schedule to Import\"")) << transcript_;
+  EXPECT_TRUE(Shown("prompt=\"NORVANE company number.\" text=\"TAX2024\"")) << transcript_;
   // Then the internal book into the same company: merged, 8 (disposed a day after Last
   // Closed in this file) comes in new.
   result = Run("file " + folder_ +
