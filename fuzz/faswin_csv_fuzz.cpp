@@ -17,7 +17,7 @@ namespace fw = nv::faswin;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
   const std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
-  const std::optional<fw::CsvBook> book = fw::CsvBook::Parse(bytes);
+  const std::optional<fw::CsvBook> book = fw::CsvBook::Parse(std::string(bytes));
   if (!book) return 0;
   const fw::CsvColumns columns(*book);
   fw::CsvSettings settings;
@@ -31,7 +31,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   settings.delete_disposed = (data[0] & 2) != 0;
   settings.last_closed = {12, 31, 2023};
-  for (const fw::CommaRecord& record : book->rows()) {
+  fw::CommaRecordReader rows = book->Rows();
+  fw::CommaRecord record;
+  long line = 0;
+  while (rows.Next(&record)) {
+    Check(record.line > line && record.line >= 3);
+    line = record.line;
     const fw::CsvRow row(columns, record);
     if (fw::CsvLeaveOutReason(row, settings)) continue;
     nv::NvAsset asset;

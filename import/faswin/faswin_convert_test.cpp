@@ -7,6 +7,7 @@
 namespace nv::faswin {
 namespace {
 
+using testing::AllRows;
 using testing::Record;
 
 CommaRecord Rec(const std::string& text) {
@@ -260,8 +261,8 @@ TEST(FasWinCsvConvertTest, MacrsAt150PercentDependsOnTheScheduleType) {
   const CsvColumns columns(*book);
   NvAsset asset;
   asset.Clear("TA");
-  ApplyCsvRow(CsvRow(columns, book->rows()[0]), CsvFor('T', "T"), true, &asset);
-  ApplyCsvRow(CsvRow(columns, book->rows()[0]), CsvFor('A', "A"), false, &asset);
+  ApplyCsvRow(CsvRow(columns, AllRows(*book)[0]), CsvFor('T', "T"), true, &asset);
+  ApplyCsvRow(CsvRow(columns, AllRows(*book)[0]), CsvFor('A', "A"), false, &asset);
   EXPECT_EQ(Only(asset, 'T').method, kMethodMacrs150Db);
   EXPECT_EQ(Only(asset, 'A').method, kMethodAmt);
   EXPECT_EQ(Only(asset, 'T').convention, 'Y');
@@ -271,7 +272,7 @@ TEST(FasWinCsvConvertTest, MacrsAt150PercentDependsOnTheScheduleType) {
   EXPECT_EQ(Only(asset, 'T').itc_code, 3);
 
   asset.Clear("TA");
-  ApplyCsvRow(CsvRow(columns, book->rows()[1]), CsvFor('T', "T"), true, &asset);
+  ApplyCsvRow(CsvRow(columns, AllRows(*book)[1]), CsvFor('T', "T"), true, &asset);
   EXPECT_EQ(Only(asset, 'T').method, kMethodMacrs);
   EXPECT_EQ(Only(asset, 'T').useful_life, (YearsMonths{0, 39})) << "\"39\" is zero-filled to 0039";
   EXPECT_EQ(Only(asset, 'T').asset_type, "3");

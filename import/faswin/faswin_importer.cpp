@@ -196,7 +196,7 @@ class FasWinImporter final : public Importer {
   bool CheckCsv(ImportRun& run) {
     const std::string& path = run.state().source_path;
     std::optional<std::string> bytes = ReadFileBytes(path);
-    std::optional<CsvBook> book = bytes ? CsvBook::Parse(*bytes) : std::nullopt;
+    std::optional<CsvBook> book = bytes ? CsvBook::Parse(std::move(*bytes)) : std::nullopt;
     if (!book) {
       MessageF(run.ui(), "Error", kFasWinNotCsvExport, FileName(path).c_str());
       return false;
@@ -374,10 +374,11 @@ class FasWinImporter final : public Importer {
     const CsvBook& book = *csv_book_;
     const CsvColumns columns(book);
     LazyAccountGroups groups(company);
-    MeterSteps meter(add, static_cast<long>(book.rows().size()));
-    long done = 0;
-    for (const CommaRecord& record_line : book.rows()) {
-      meter.At(++done);
+    MeterSteps meter(add, static_cast<long>(book.size()));
+    CommaRecordReader rows = book.Rows();
+    CommaRecord record_line;
+    while (rows.Next(&record_line)) {
+      meter.At(static_cast<long>(rows.consumed()));
       add.CountRead();
       const CsvRow row(columns, record_line);
       const std::string where = StrPrintf("line %ld", record_line.line);

@@ -216,14 +216,15 @@ std::vector<PassedOver> WfaReader::TakePassedOver() {
 // ---------------------------------------------------------------------------------------
 // CSV
 
-std::optional<CsvBook> CsvBook::Parse(std::string_view bytes) {
-  CommaRecordReader reader(bytes);
+std::optional<CsvBook> CsvBook::Parse(std::string bytes) {
+  CsvBook book;
+  book.bytes_ = std::move(bytes);
+  CommaRecordReader reader(book.bytes_);
   CommaRecord first, names;
   if (!reader.Next(&first) || first.fields.size() < 3 || !reader.Next(&names)) return std::nullopt;
-  CsvBook book;
   for (const std::string& name : names.fields) book.names_.emplace_back(TrimBlanks(name));
-  CommaRecord row;
-  while (reader.Next(&row)) book.rows_.push_back(std::move(row));
+  book.rows_at_ = reader.consumed();
+  book.rows_line_ = reader.line();
   return book;
 }
 

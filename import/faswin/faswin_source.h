@@ -154,11 +154,13 @@ struct CommaRecord {
 // Reads records one by one from bytes it does not own (they must outlive it).
 class CommaRecordReader {
  public:
-  explicit CommaRecordReader(std::string_view bytes) : bytes_(bytes) {}
+  explicit CommaRecordReader(std::string_view bytes, size_t from = 0, long line = 1)
+      : bytes_(bytes), pos_(from), line_(line) {}
   // The next record; false at the end of the data. A final line feed ends the last record
   // rather than starting an empty one.
   bool Next(CommaRecord* record);
   size_t consumed() const { return pos_; }
+  long line() const { return line_; }  // the line the next record starts on
 
  private:
   // Where the quoted field opened at `from` closes: the next quote followed by ",", a line
@@ -235,15 +237,19 @@ class WfaReader {
   std::vector<PassedOver> passed_over_;
 };
 
-// The CSV export of one book.
+// The CSV export of one book. It keeps the file's bytes and reads its data lines one by
+// one, so that a large file is never held twice.
 class CsvBook {
  public:
   // nullopt when the first line has fewer than three fields or there is no line of
   // column names.
-  static std::optional<CsvBook> Parse(std::string_view bytes);
+  static std::optional<CsvBook> Parse(std::string bytes);
 
   const std::vector<std::string>& column_names() const { return names_; }
-  const std::vector<CommaRecord>& rows() const { return rows_; }
+  // A reader of the data lines, one asset each. It reads the book's bytes: the book must
+  // outlive it and not be moved meanwhile.
+  CommaRecordReader Rows() const { return CommaRecordReader(bytes_, rows_at_, rows_line_); }
+  size_t size() const { return bytes_.size(); }
   // The field number (from 1) of the first column of that name, blanks around it ignored;
   // 0 when there is none.
   int ColumnNumber(std::string_view column) const;
@@ -252,8 +258,10 @@ class CsvBook {
   std::string Value(const CommaRecord& row, std::string_view column) const;
 
  private:
+  std::string bytes_;
   std::vector<std::string> names_;
-  std::vector<CommaRecord> rows_;
+  size_t rows_at_ = 0;  // where the first data line starts
+  long rows_line_ = 0;
 };
 
 // Helpers of both forms.

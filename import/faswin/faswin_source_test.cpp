@@ -7,6 +7,7 @@
 namespace nv::faswin {
 namespace {
 
+using testing::AllRows;
 using testing::Lines;
 using testing::Record;
 using Fields = std::vector<std::string>;
@@ -129,13 +130,14 @@ TEST(FasWinCsvTest, ColumnsByNameAndShortLines) {
   std::optional<CsvBook> book =
       CsvBook::Parse("Harbour,Tax,2024\r\n System No ,Description,Class\r\n7, Boat ,VE\r\n8\r\n");
   ASSERT_TRUE(book);
-  ASSERT_EQ(book->rows().size(), 2u);
+  ASSERT_EQ(AllRows(*book).size(), 2u);
+  EXPECT_EQ(AllRows(*book)[1].line, 4);
   EXPECT_EQ(book->ColumnNumber("System No"), 1);
   EXPECT_EQ(book->ColumnNumber("Location"), 0);
-  EXPECT_EQ(book->Value(book->rows()[0], "Description"), "Boat");
-  EXPECT_EQ(book->Value(book->rows()[1], "System No"), "8");
-  EXPECT_EQ(book->Value(book->rows()[1], "Class"), "") << "a short line reads empty";
-  EXPECT_EQ(book->Value(book->rows()[0], "Location"), "") << "no such column";
+  EXPECT_EQ(book->Value(AllRows(*book)[0], "Description"), "Boat");
+  EXPECT_EQ(book->Value(AllRows(*book)[1], "System No"), "8");
+  EXPECT_EQ(book->Value(AllRows(*book)[1], "Class"), "") << "a short line reads empty";
+  EXPECT_EQ(book->Value(AllRows(*book)[0], "Location"), "") << "no such column";
 }
 
 TEST(FasWinValuesTest, DatesAndAmounts) {

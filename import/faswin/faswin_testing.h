@@ -8,7 +8,18 @@
 #include <utility>
 #include <vector>
 
+#include "import/faswin/faswin_source.h"
+
 namespace nv::faswin::testing {
+
+// Every data line of a CSV book.
+inline std::vector<CommaRecord> AllRows(const CsvBook& book) {
+  std::vector<CommaRecord> rows;
+  CommaRecordReader reader = book.Rows();
+  CommaRecord row;
+  while (reader.Next(&row)) rows.push_back(std::move(row));
+  return rows;
+}
 
 // `count` fields, field n (from 1) given by the pairs, the rest empty.
 inline std::string Record(size_t count,
