@@ -406,9 +406,6 @@ NvAsset ConvertWfaAsset(const WfaAsset& source, const WfaSettings& settings,
       WfaDisposalDate(source, layout),
       FirstLetter(DisposalValue(source, layout, kOlderFields.disposal_method, kChldDisposalMethod)),
       sale, &asset);
-  if (asset.disposed()) {
-    asset.amount_disposed = 0;
-  }
 
   bool first = true;
   for (const CommaRecord& book : source.books) {
