@@ -85,11 +85,14 @@ struct ConversionError {
 };
 
 // Work done by one evaluation, so that no expression runs without end: a field reference
-// to a field whose conversion refers back to it, or a nest of parentheses thousands deep,
-// stops with no value and an error.
+// to a field whose conversion refers back to it, a nest of parentheses thousands deep, or
+// a value that keeps doubling stops with no value and an error.
 struct EvaluationBudget {
   static constexpr int kMaxDepth = 64;       // terms nested inside each other
   static constexpr long kMaxSteps = 20'000;  // terms evaluated in all
+  // No field is nearly this long; a value that grows past it is a conversion that doubles
+  // itself through field references.
+  static constexpr size_t kMaxValueLength = 64 * 1024;
   int depth = 0;
   long steps = 0;
   bool exhausted = false;

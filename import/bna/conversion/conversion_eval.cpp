@@ -29,8 +29,9 @@ std::string_view Inside(std::string_view token) {
 
 // A name completed with the schedule's name: "Basis" on schedule Tax is "Basis, Tax".
 std::string CompletedName(std::string_view name, const ConversionContext& context) {
-  if (context.letter == '\0' || name.find(',') != std::string_view::npos)
-    return Cut(name, kMaxNameLength);
+  if (context.letter == '\0' || name.find(',') != std::string_view::npos) {
+    return std::string(name);
+  }
   const std::string full =
       std::string(name) + ", " + context.definitions->ScheduleName(context.letter);
   return Cut(full, kMaxNameLength);
@@ -104,7 +105,8 @@ Value NumberAtEnd(Evaluator&, const Values& a) {
 
 // A comparison operand: without a leading double quote and without commas.
 std::string CmpOperand(const Value& v) {
-  std::string_view text = v.value_or("");
+  const std::string whole = v.value_or("");
+  std::string_view text = whole;
   if (!text.empty() && text.front() == '"') text.remove_prefix(1);
   std::string out;
   for (char c : text) {
@@ -482,6 +484,11 @@ Evaluation Evaluator::Term(size_t at) {
       }
   }
   --budget.depth;
+  if (!budget.exhausted && result.value &&
+      result.value->size() > EvaluationBudget::kMaxValueLength) {
+    budget.exhausted = true;
+    Fault(at, "value too long");
+  }
   if (budget.exhausted) return {std::nullopt, tokens_.size()};
   return result;
 }
