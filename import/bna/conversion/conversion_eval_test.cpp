@@ -216,6 +216,61 @@ TEST_F(ConversionEvalTest, OnlyTheMatchingRowIsEvaluated) {
   EXPECT_NE(ui.transcript().find("(null)"), std::string::npos);
 }
 
+TEST_F(ConversionEvalTest, ColumnFunctionNamesColumnsByLetters) {
+  std::vector<std::string> columns(30);
+  columns[0] = "first";
+  columns[26] = "twenty-seventh";
+  SetColumns(columns);
+  EXPECT_EQ(Eval("column(A)"), "first");
+  EXPECT_EQ(Eval("column(\" aa \")"), "twenty-seventh");
+  EXPECT_EQ(Eval("column(AE)"), std::nullopt);  // index 30, past the last column
+  EXPECT_EQ(Eval("column(\"A1\")"), std::nullopt);
+  EXPECT_EQ(Eval("column(ZZZZZZZZZZZZZZZZ)"), std::nullopt);
+}
+
+TEST_F(ConversionEvalTest, ArgumentsUseTheirFirstTermOnly) {
+  // Only the first term of an argument counts, so "-5" is the text "-".
+  EXPECT_EQ(Eval("concat(a b, c)"), "ac");
+  EXPECT_EQ(Eval("add(-5, 3)"), "3.00");
+  EXPECT_EQ(Eval("add(\"-5\", 3)"), "-2.00");
+  EXPECT_EQ(Eval("concat(x, , y)"), "xy");
+  EXPECT_EQ(Eval("concat()"), std::nullopt);
+  // Parentheses nest inside an argument.
+  EXPECT_EQ(Eval("left(concat(ab, (c, d)), 3)"), "ab(");
+}
+
+TEST_F(ConversionEvalTest, LongScheduleNamesAreCutWithTheFieldName) {
+  context_.letter = 'S';
+  definitions_.SetScheduleName('S', "California State");
+  // "Business Percent, California State" cut to 25 characters.
+  definitions_.Define("Business Percent, Califor", M::kSet, -1, "80");
+  EXPECT_EQ(Eval("<Business Percent>"), "80");
+}
+
+TEST_F(ConversionEvalTest, AValueThatKeepsDoublingIsStopped) {
+  SetColumns({std::string(100, 'x')});
+  definitions_.Define("Seed", M::kEntire, 0);
+  std::string previous = "Seed";
+  for (int i = 0; i < 12; ++i) {
+    const std::string name = "D" + std::to_string(i);
+    definitions_.Define(name, M::kSpecial);
+    definitions_.SetSpecial(name, "concat(<" + previous + ">, <" + previous + ">)");
+    previous = name;
+  }
+  // 100 * 2^9 is 51,200 characters; one more doubling passes 64 KB.
+  EXPECT_EQ(Eval("<D8>")->size(), 51'200u);
+  EXPECT_EQ(Eval("<D11>"), std::nullopt);
+  EXPECT_EQ(errors_.back().reason, "value too long");
+}
+
+TEST_F(ConversionEvalTest, SpecialFunctionTableHasNoOwnColumn) {
+  SetColumns({"7"});
+  definitions_.SetSpecial("Lookup", "table(*) \"\" -> empty : default -> other");
+  EXPECT_EQ(Eval("special(Lookup)"), "empty");
+  // A pattern past the number of keys is ignored.
+  EXPECT_EQ(Special("table(*) \"7\", \"nothing like it\" -> seven", 0), "seven");
+}
+
 TEST_F(ConversionEvalTest, DefaultsLookAtTheAssetBeingBuilt) {
   NvAsset asset;
   asset.Clear("BT");
