@@ -34,6 +34,9 @@ size_t BracketEnd(std::string_view text, size_t at, char close) {
 
 }  // namespace
 
+// tokens ::= { blank } { token { blank } }
+// token  ::= string | '->' | '<' { any-but-'>' } '>' | '{' { any-but-'}' } '}'
+//          | alnum { alnum | '.' } | any-other-character
 TokenList Tokenize(std::string_view text) {
   TokenList list;
   list.source = std::string(text);
