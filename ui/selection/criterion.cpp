@@ -1,6 +1,5 @@
 #include "ui/selection/criterion.h"
 
-#include <charconv>
 
 #include "base/ascii.h"
 #include "ui/screen/attributes.h"

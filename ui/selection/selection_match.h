@@ -35,7 +35,9 @@ SelectionAssetValues AssetSelectionValues(const NvAsset& asset, char schedule_le
                                           const NvAssetNoFormat& number_format);
 
 // True when every criterion in use of the fields whose class shares a bit with
-// `class_mask` (every field when it is 0) holds for the asset.
+// `class_mask` (every field when it is 0) holds for the asset. A criterion whose text is
+// blank restricts nothing, whatever its kind; an item whose value cannot be read as the
+// field's kind (a date that is no date) matches no asset.
 [[nodiscard]] bool MatchAsset(const KelSelection& selection, const SelectionAssetValues& values,
                               int class_mask);
 
