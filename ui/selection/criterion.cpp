@@ -1,6 +1,5 @@
 #include "ui/selection/criterion.h"
 
-
 #include "base/ascii.h"
 #include "ui/screen/attributes.h"
 #include "ui/screen/edit_field.h"
@@ -189,6 +188,16 @@ CriterionError ValidateCriterion(int field, std::string* text) {
   std::optional<std::vector<CriterionItem>> items = ParseCriterion(*text);
   if (!items) return CriterionError::kErrorOnInput;
   return CheckValues(f.compare, *items);
+}
+
+std::optional<int> FirstInvalidCriterion(const KelSelection& selection) {
+  for (int field = 0; field < kSelectionFieldCount; ++field) {
+    const SelectionCriterion& c = selection.criteria[field];
+    if (!c.in_use) continue;
+    std::string text = c.text;
+    if (ValidateCriterion(field, &text) != CriterionError::kNone) return field;
+  }
+  return std::nullopt;
 }
 
 }  // namespace nv

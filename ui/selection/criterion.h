@@ -57,4 +57,10 @@ const char* CriterionErrorMessage(CriterionError error);  // "" for kNone
 // date field or of "Depr Paused".
 CriterionError ValidateCriterion(int field, std::string* text);
 
+struct KelSelection;
+// The first criterion in use, in the table's order, that ValidateCriterion refuses (a
+// selection loaded from a settings file was never checked): the export cannot start with
+// it. Nothing when every criterion in use is sound.
+std::optional<int> FirstInvalidCriterion(const KelSelection& selection);
+
 }  // namespace nv

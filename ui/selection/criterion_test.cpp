@@ -94,6 +94,18 @@ TEST(CriterionValidation, UpperCaseCharactersDatesAndSyntax) {
   EXPECT_STREQ(CriterionErrorMessage(CriterionError::kErrorOnInput), "Error on input");
 }
 
+TEST(CriterionValidation, TheFirstUnsoundCriterionInUseStopsASelection) {
+  KelSelection s;
+  s.criteria[kSelDisposalDate] = {false, "2/30/2020", false};  // off: not looked at
+  EXPECT_EQ(FirstInvalidCriterion(s), std::nullopt);
+  s.criteria[kSelLocation] = {true, "01-05,10", true};
+  s.criteria[kSelDescription] = {true, "a-b-c", false};
+  s.criteria[kSelDisposalDate].in_use = true;
+  EXPECT_EQ(FirstInvalidCriterion(s), kSelDescription);
+  s.criteria[kSelDescription].text = "'a-b-c'";
+  EXPECT_EQ(FirstInvalidCriterion(s), kSelDisposalDate);
+}
+
 TEST(SelectionFieldTable, NamesAreFoundIgnoringCaseAndScheduleFieldsAreMarked) {
   EXPECT_EQ(FindSelectionField("disposal code"), kSelDisposalCode);
   EXPECT_EQ(FindSelectionField("USER FIELD 10"), kSelUserField10);
