@@ -26,6 +26,7 @@
 #include "tools/import_command.h"
 #include "tools/json_writer.h"
 #include "tools/nvtool_context.h"
+#include "tools/select_command.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {
@@ -45,7 +46,9 @@ constexpr char kUsage[] =
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
-    "                                   write the whole-company text file\n";
+    "                                   write the whole-company text file\n"
+    "  select FOLDER NUMBER [--schedule LETTER] FIELD=TEXT|FIELD!=TEXT ...\n"
+    "                                   the asset numbers an asset selection takes\n";
 
 int Usage(std::ostream& err) {
   err << kUsage;
@@ -497,6 +500,10 @@ int RunNvtool(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   if (command == "export-text") {
     const int status = RunExportTextCommand({args.begin() + 1, args.end()}, out, err);
+    return status == 2 ? Usage(err) : status;
+  }
+  if (command == "select") {
+    const int status = RunSelectCommand({args.begin() + 1, args.end()}, out, err);
     return status == 2 ? Usage(err) : status;
   }
   if (command != "version" && command != "check" && command != "dump" && command != "load") {
