@@ -1,0 +1,129 @@
+#include "gui/barcode_painter.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+#include <QWidget>
+#include <climits>
+#include <string>
+#include <vector>
+
+namespace nv {
+namespace {
+
+// Row y of the image as '#' for dark and '.' for light pixels.
+std::string Row(const QImage& image, int y) {
+  std::string row;
+  for (int x = 0; x < image.width(); ++x) row += qGray(image.pixel(x, y)) < 128 ? '#' : '.';
+  return row;
+}
+
+// Bars and spaces from element widths in modules, each module `unit` pixels.
+std::string Pattern(const std::vector<int>& widths, int unit) {
+  std::string pattern;
+  bool bar = true;
+  for (int w : widths) {
+    pattern.append(static_cast<size_t>(w * unit), bar ? '#' : '.');
+    bar = !bar;
+  }
+  return pattern;
+}
+
+int CountBars(const std::string& row) {
+  int bars = 0;
+  for (size_t i = 0; i < row.size(); ++i) {
+    if (row[i] == '#' && (i == 0 || row[i - 1] != '#')) ++bars;
+  }
+  return bars;
+}
+
+QImage WhiteImage(int width, int height) {
+  QImage image(width, height, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  return image;
+}
+
+// An asset label as a window shows it: the number above its barcode.
+class LabelWidget final : public QWidget {
+ public:
+  explicit LabelWidget(std::string number) : number_(std::move(number)) {
+    setFixedSize(420, 140);
+    setWindowTitle(QStringLiteral("Asset label"));
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::white);
+    painter.setPen(Qt::black);
+    painter.drawText(QRect(0, 8, width(), 20), Qt::AlignHCenter,
+                     QString::fromLatin1(number_.data(), static_cast<int>(number_.size())));
+    DrawCode128(painter, 10, 36, width() - 20, 90, number_);
+  }
+
+ private:
+  std::string number_;
+};
+
+class BarcodePainterTest final : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void PaintsTheLetterAInsideTheRectangle() {
+    QImage image = WhiteImage(200, 50);
+    QPainter painter(&image);
+    // 130 pixels for 65 modules: a module of 2, a quiet zone of (130 - 45 x 2) / 2 = 20.
+    QCOMPARE(DrawCode128(painter, 10, 5, 130, 40, "A"), 20 + 46 * 2 + 20);
+    painter.end();
+    // Start B, value 33, check 34, Stop, from the published table.
+    const std::string symbol =
+        Pattern({2, 1, 1, 2, 1, 4, 1, 1, 1, 3, 2, 3, 1, 3, 1, 1, 2, 3, 2, 3, 3, 1, 1, 1, 2}, 2);
+    const std::string expected = std::string(30, '.') + symbol + std::string(200 - 30 - 92, '.');
+    QCOMPARE(Row(image, 5), expected);
+    QCOMPARE(Row(image, 44), expected);
+    QCOMPARE(Row(image, 4), std::string(200, '.'));
+    QCOMPARE(Row(image, 45), std::string(200, '.'));
+  }
+
+  void PaintsInTheChosenColour() {
+    QImage image = WhiteImage(80, 4);
+    QPainter painter(&image);
+    DrawCode128(painter, 0, 0, 65, 4, "A", {.bar_colour = 0xC00000});
+    painter.end();
+    QCOMPARE(image.pixel(10, 2), qRgb(0xC0, 0, 0));     // the first bar
+    QCOMPARE(image.pixel(12, 2), qRgb(255, 255, 255));  // the space after it
+  }
+
+  void StrangeRectanglesAndTextsPaintWithoutTrouble() {
+    QImage image = WhiteImage(40, 10);
+    QPainter painter(&image);
+    // No characters: a module of 1 and a quiet zone of (40 - 34) / 2 = 3 around 35 modules.
+    QCOMPARE(DrawCode128(painter, 0, 0, 40, 10, ""), 3 + 35 + 3);
+    DrawCode128(painter, INT_MIN, INT_MIN, INT_MAX, INT_MAX, "A-1");
+    DrawCode128(painter, INT_MAX, INT_MAX, INT_MIN, INT_MIN, std::string(5000, '\xff'));
+    DrawCode128(painter, -5, 0, -100, 10, std::string("\0\x01", 2));
+    QVERIFY(painter.isActive());
+  }
+
+  void LabelScreenshot() {
+    const std::string number = "  A-1234.001";  // main part of 8, subasset of 3: 12 characters
+    LabelWidget label(number);
+    label.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&label));
+    const QImage shot = label.grab().toImage();
+    // Start, 12 characters and the check symbol have three bars each; Stop has four.
+    QCOMPARE(CountBars(Row(shot, 80)), 3 * 14 + 4);
+    QCOMPARE(CountBars(Row(shot, 130)), 0);
+    const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/screenshots");
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(shot.save(folder + QStringLiteral("/barcode_label.png")));
+  }
+};
+
+}  // namespace
+}  // namespace nv
+
+QTEST_MAIN(nv::BarcodePainterTest)
+#include "barcode_painter_test.moc"
