@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QTest>
 #include <QWidget>
-#include <climits>
 #include <string>
 #include <vector>
 
@@ -23,35 +22,20 @@ std::string Row(const QImage& image, int y) {
 // Bars and spaces from element widths in modules, each module `unit` pixels.
 std::string Pattern(const std::vector<int>& widths, int unit) {
   std::string pattern;
-  bool bar = true;
-  for (int w : widths) {
-    pattern.append(static_cast<size_t>(w * unit), bar ? '#' : '.');
-    bar = !bar;
-  }
+  for (size_t i = 0; i < widths.size(); ++i) pattern.append(widths[i] * unit, "#."[i % 2]);
   return pattern;
 }
 
 int CountBars(const std::string& row) {
   int bars = 0;
-  for (size_t i = 0; i < row.size(); ++i) {
-    if (row[i] == '#' && (i == 0 || row[i - 1] != '#')) ++bars;
-  }
+  for (size_t i = 0; i < row.size(); ++i) bars += row[i] == '#' && (i == 0 || row[i - 1] == '.');
   return bars;
-}
-
-QImage WhiteImage(int width, int height) {
-  QImage image(width, height, QImage::Format_RGB32);
-  image.fill(Qt::white);
-  return image;
 }
 
 // An asset label as a window shows it: the number above its barcode.
 class LabelWidget final : public QWidget {
  public:
-  explicit LabelWidget(std::string number) : number_(std::move(number)) {
-    setFixedSize(420, 140);
-    setWindowTitle(QStringLiteral("Asset label"));
-  }
+  explicit LabelWidget(std::string number) : number_(std::move(number)) { setFixedSize(420, 140); }
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -72,7 +56,8 @@ class BarcodePainterTest final : public QObject {
 
  private Q_SLOTS:
   void PaintsTheLetterAInsideTheRectangle() {
-    QImage image = WhiteImage(200, 50);
+    QImage image(200, 50, QImage::Format_RGB32);
+    image.fill(Qt::white);
     QPainter painter(&image);
     // 130 pixels for 65 modules: a module of 2, a quiet zone of (130 - 45 x 2) / 2 = 20.
     QCOMPARE(DrawCode128(painter, 10, 5, 130, 40, "A"), 20 + 46 * 2 + 20);
@@ -83,28 +68,12 @@ class BarcodePainterTest final : public QObject {
     const std::string expected = std::string(30, '.') + symbol + std::string(200 - 30 - 92, '.');
     QCOMPARE(Row(image, 5), expected);
     QCOMPARE(Row(image, 44), expected);
-    QCOMPARE(Row(image, 4), std::string(200, '.'));
     QCOMPARE(Row(image, 45), std::string(200, '.'));
-  }
 
-  void PaintsInTheChosenColour() {
-    QImage image = WhiteImage(80, 4);
-    QPainter painter(&image);
-    DrawCode128(painter, 0, 0, 65, 4, "A", {.bar_colour = 0xC00000});
-    painter.end();
-    QCOMPARE(image.pixel(10, 2), qRgb(0xC0, 0, 0));     // the first bar
-    QCOMPARE(image.pixel(12, 2), qRgb(255, 255, 255));  // the space after it
-  }
-
-  void StrangeRectanglesAndTextsPaintWithoutTrouble() {
-    QImage image = WhiteImage(40, 10);
-    QPainter painter(&image);
-    // No characters: a module of 1 and a quiet zone of (40 - 34) / 2 = 3 around 35 modules.
-    QCOMPARE(DrawCode128(painter, 0, 0, 40, 10, ""), 3 + 35 + 3);
-    DrawCode128(painter, INT_MIN, INT_MIN, INT_MAX, INT_MAX, "A-1");
-    DrawCode128(painter, INT_MAX, INT_MAX, INT_MIN, INT_MIN, std::string(5000, '\xff'));
-    DrawCode128(painter, -5, 0, -100, 10, std::string("\0\x01", 2));
-    QVERIFY(painter.isActive());
+    QPainter red(&image);
+    DrawCode128(red, 0, 0, 65, 4, "A", {.bar_colour = 0xC00000});
+    red.end();
+    QCOMPARE(image.pixel(10, 2), qRgb(0xC0, 0, 0));  // the first bar, after the quiet zone
   }
 
   void LabelScreenshot() {
