@@ -6,13 +6,13 @@
 // (104 + the sum of value x position) mod 103, positions counted from 1 over the
 // characters drawn. Every symbol is 11 modules (Stop 13, its final bar included).
 //
-// The module is as wide as the rectangle allows for n characters and the 54 modules that
-// start, check, stop and the two 10-module quiet zones take: width / (11 x n + 54), at
-// least 1 unit. The quiet zone is what remains either side: (width - (11 x n + 34) x
-// module) / 2, rounded toward zero. A rectangle too narrow for the text thus gets a
-// module of 1 and a quiet zone that may be negative: the bars then reach past its left
-// edge rather than lose a module, which no scanner could read. n counts every character of
-// the text, left-out ones included.
+// The module is as wide as the rectangle allows for n characters and 54 modules for start,
+// check, stop and two 10-module quiet zones (Stop's final bar is not reckoned, so the
+// right quiet zone comes out a module short): width / (11 x n + 54), at least 1 unit. The quiet
+// zone is what remains either side: (width - (11 x n + 34) x module) / 2, rounded toward zero. A
+// rectangle too narrow for the text thus gets a module of 1 and a quiet zone that may be negative:
+// the bars then reach past its left edge rather than lose a module, which no scanner could read. n
+// counts every character of the text, left-out ones included.
 #pragma once
 
 #include <cstdint>
