@@ -19,8 +19,6 @@ namespace nv {
 // A line longer than this is still read whole; the grid and the run size their reads by
 // the longest line they measured.
 inline constexpr size_t kBnaLineBufferSize = 2500;
-// Subasset numbers run to 999; "create subasset" skips a line that would need 1000.
-inline constexpr int kBnaLastSubasset = 999;
 
 struct BnaImportState {
   std::optional<std::string> source_path;  // none until "Select File" succeeds
