@@ -1,6 +1,7 @@
 #include "import/bna/bna_profile.h"
 
 #include <array>
+#include <filesystem>
 #include <utility>
 
 #include "base/ascii.h"
@@ -49,9 +50,11 @@ std::string BnaProfilePath(std::string_view program_folder, std::string_view nam
   if (name.find_first_of("\\/:") != std::string_view::npos) return std::string(name);
   std::string folder(program_folder);
   std::string path = folder + std::string(name);
-  if (!name.empty() && !folder.empty()) {
-    if (std::optional<std::string> found = FindFileIgnoringCase(folder, name)) return *found;
-  }
+  // The profile is read anew for many values of every line: a plain check for the exact
+  // name first, and the folder is searched only when that fails.
+  std::error_code ec;
+  if (name.empty() || folder.empty() || std::filesystem::exists(path, ec)) return path;
+  if (std::optional<std::string> found = FindFileIgnoringCase(folder, name)) return *found;
   return path;
 }
 
