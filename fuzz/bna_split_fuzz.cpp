@@ -45,8 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       }
       Check(total <= line.text.size());
       Check(!columns.Column(columns.Count()).has_value());
-      if (type == file_type || (file_type != nv::kBnaCommaSeparated &&
-                                type == nv::kBnaTabSeparated)) {
+      if (type == file_type ||
+          (file_type != nv::kBnaCommaSeparated && type == nv::kBnaTabSeparated)) {
         Check(columns.Count() <= m.columns);
         for (int i = 0; i < columns.Count(); ++i) {
           Check(static_cast<int32_t>(columns.Column(i)->size()) <= m.widths[i]);
