@@ -10,6 +10,7 @@
 #include "import/bna/bna_fields.h"
 #include "import/bna/bna_profile.h"
 #include "import/bna/bna_source.h"
+#include "import/bna/bna_state.h"
 #include "import/bna/field_value.h"
 
 namespace nv {
@@ -20,9 +21,12 @@ const std::string kFolder = std::string(NV_SOURCE_DIR) + "/testdata/bna/";
 class BnaExampleTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    profiles_ = StartBnaProfiles(kFolder, "example.imp");  // found ignoring case
+    // As a run starts: the profiles, then its parameters and definitions.
+    state_.profiles = StartBnaProfiles(kFolder, "example.imp");  // found ignoring case
     params_ = ReadBnaParameters(profiles_);
-    LoadDefinitions(profiles_, params_.checked_groups, list_);
+    state_.file_type = params_.file_type;
+    state_.checked_groups = params_.checked_groups;
+    LoadDefinitions(profiles_, state_.checked_groups, list_);
     report_ = ReadFileBytes(kFolder + "FIXEDASSETS.CSV").value_or("");
     BnaSourceLines lines(report_);
     BnaSourceLine line;
@@ -36,9 +40,10 @@ class BnaExampleTest : public ::testing::Test {
     return ProduceFieldValue(list_, field.name, columns, field.asked, schedule, special_);
   }
 
-  BnaProfiles profiles_;
+  BnaImportState state_;
+  const BnaProfiles& profiles_ = state_.profiles;
+  ImportConversionList& list_ = state_.definitions;
   BnaParameters params_;
-  ImportConversionList list_;
   std::string report_;
   std::vector<BnaSourceLine> data_;
   SpecialConversion special_;
