@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "base/date.h"
+#include "import/bna/conversion_list.h"
 
 namespace nv {
 class Ui;
@@ -27,17 +28,8 @@ struct AccountGroupList;
 
 namespace nv::bna {
 
-// Method of a conversion definition, with the numbers the profile and the list use.
-enum class ConversionMethod : int {
-  kNone = 0,
-  kEntire = 1,
-  kRight = 2,
-  kLeft = 3,
-  kDefault = 4,
-  kSpecial = 6,
-  kSet = 7,
-  kMid = 8,
-};
+// Method of a conversion definition: the conversion list's own (import/bna/conversion_list.h).
+using ConversionMethod = ::nv::ConversionMethod;
 
 // What the language needs to know of one conversion definition.
 struct FieldDefinition {
