@@ -3,7 +3,7 @@
 set -euo pipefail
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev clang-format
           qt6-base-dev libgl-dev libgtest-dev libgmock-dev libbenchmark-dev
-          libsqlite3-dev nlohmann-json3-dev xvfb xauth)
+          libsqlite3-dev nlohmann-json3-dev xvfb xauth zbar-tools)
 missing=()
 for p in "${packages[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

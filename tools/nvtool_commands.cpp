@@ -21,11 +21,13 @@
 #include "store/company/company_lock.h"
 #include "store/company/master_file.h"
 #include "store/file/status.h"
+#include "tools/barcode_command.h"
 #include "tools/company_json.h"
 #include "tools/export_text_command.h"
 #include "tools/import_command.h"
 #include "tools/json_writer.h"
 #include "tools/nvtool_context.h"
+#include "tools/select_command.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {
@@ -46,7 +48,11 @@ constexpr char kUsage[] =
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
-    "                                   write the whole-company text file\n";
+    "                                   write the whole-company text file\n"
+    "  select FOLDER NUMBER [--schedule LETTER] FIELD=TEXT|FIELD!=TEXT ...\n"
+    "                                   the asset numbers an asset selection takes\n"
+    "  barcode TEXT FILE.png [--module N] [--height N]\n"
+    "                                   TEXT as a Code 128 label (module 2, height 60 pixels)\n";
 
 int Usage(std::ostream& err) {
   err << kUsage;
@@ -498,6 +504,14 @@ int RunNvtool(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   if (command == "export-text") {
     const int status = RunExportTextCommand({args.begin() + 1, args.end()}, out, err);
+    return status == 2 ? Usage(err) : status;
+  }
+  if (command == "select") {
+    const int status = RunSelectCommand({args.begin() + 1, args.end()}, out, err);
+    return status == 2 ? Usage(err) : status;
+  }
+  if (command == "barcode") {
+    const int status = RunBarcodeCommand({args.begin() + 1, args.end()}, out, err);
     return status == 2 ? Usage(err) : status;
   }
   if (command != "version" && command != "check" && command != "dump" && command != "load") {
