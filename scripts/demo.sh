@@ -45,7 +45,11 @@ for run in \
     "DEMOPC|pcfas testdata/pcfas/LAKESIDE/COMPANY1.FAS|--company testdata/pcfas/lakeside-year.json --match 202=103" \
     "FASTOOL|fas1000 testdata/fas1000/ACME/COMPANY.SAF|--match 202=108,203=104" \
     "NWTOOL|aicpa testdata/aicpa/NWTOOL-2024.AST|" \
-    "MBADEMO|mba testdata/mba/mbademo.txt|--company testdata/mba/mbademo-company.json"; do
+    "MBADEMO|mba testdata/mba/mbademo.txt|--company testdata/mba/mbademo-company.json" \
+    "PIER|faswin testdata/faswin/PIER/PIERcmpy.wfa|" \
+    "GLEN|faswin testdata/faswin/GLEN/GLENcmpy.wfa|--company testdata/faswin/GLEN/glen-year.json --delete-disposed yes" \
+    "GLENCSV|faswin testdata/faswin/csv/glen-tax.csv|--company testdata/faswin/csv/glen-company.json --schedule T --match 202=109,203=111" \
+    "GLENCSV|faswin testdata/faswin/csv/glen-book.csv|--existing add --schedule B --match 202=109,203=111"; do
   IFS='|' read -r number source options <<<"$run"
   # shellcheck disable=SC2086
   "$nvtool" import $source "$data" "$number" $options >"$data/nvtool-import-$number.txt" 2>&1 ||
