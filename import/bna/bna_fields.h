@@ -7,6 +7,11 @@
 //   schedule fields  Depr Method to Salvage Value, once per schedule of the company, in the
 //                    order of its schedule letters
 //   last             4797 Type, after every schedule (its default looks at their lives)
+//
+// A field reference always computes the referred field again from the line, so the order
+// matters only to the conversion language's built-in defaults that look at the asset being
+// built: "Convention" sees its schedule's "Depr Method" stored just before it, and "4797
+// Type" sees all the lives.
 #pragma once
 
 #include <array>
