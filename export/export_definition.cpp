@@ -4,7 +4,6 @@
 
 #include "base/ascii.h"
 #include "base/profile.h"
-#include "base/str_format.h"
 #include "store/company/company.h"
 
 namespace nv {
@@ -111,9 +110,15 @@ std::string ExportColumnValue(const ExportColumn& column) {
   for (char& c : heading) {
     if (c == '\r' || c == '\n') c = ' ';
   }
-  return StrPrintf("%s,%d,%s,%s", field != nullptr ? field->name : "",
-                   static_cast<int>(static_cast<unsigned char>(column.group)), flags.c_str(),
-                   heading.c_str());
+  // Put together piece by piece: a heading may hold any byte, NUL included.
+  std::string value = field != nullptr ? field->name : "";
+  value += ',';
+  value += std::to_string(static_cast<unsigned char>(column.group));
+  value += ',';
+  value += flags;
+  value += ',';
+  value += heading;
+  return value;
 }
 
 std::optional<ExportColumn> ParseExportColumnValue(std::string_view value) {

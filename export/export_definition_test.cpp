@@ -4,99 +4,57 @@
 
 #include <gtest/gtest.h>
 
-#include "base/ascii.h"
-#include "base/profile.h"
 #include "base/temp_dir_testing.h"
+#include "export/export_testing.h"
 #include "store/store_testing.h"
 
 namespace nv {
 namespace {
 
-ExportColumn Column(int field, char group, std::string heading, std::string_view flags) {
-  ExportColumn column;
-  column.field = field;
-  column.group = group;
-  column.heading = std::move(heading);
-  column.addition = flags.find('A') != std::string_view::npos;
-  column.disposition = flags.find('D') != std::string_view::npos;
-  column.current = flags.find('C') != std::string_view::npos;
-  column.none_of_the_above = flags.find('N') != std::string_view::npos;
-  return column;
+using testing::MakeColumn;
+
+// The column as its stored value would be written.
+std::string Stored(const std::optional<ExportColumn>& column) {
+  return column ? ExportColumnValue(*column) : "(dropped)";
 }
 
-void ExpectSameColumn(const ExportColumn& got, const ExportColumn& want) {
-  EXPECT_EQ(got.field, want.field);
-  EXPECT_EQ(got.group, want.group);
-  EXPECT_EQ(got.heading, want.heading);
-  EXPECT_EQ(got.addition, want.addition);
-  EXPECT_EQ(got.disposition, want.disposition);
-  EXPECT_EQ(got.current, want.current);
-  EXPECT_EQ(got.none_of_the_above, want.none_of_the_above);
-}
-
-TEST(ExportColumnValueTest, ScheduleColumnIsStoredWithItsGroupCode) {
-  const ExportColumn method = Column(2001, 'B', "Method", "AC");
-  EXPECT_EQ(ExportColumnValue(method), "Depr. Method,66,AC,Method");
+TEST(ExportColumnValueTest, WrittenAndReadWithTheGroupsCharacterCode) {
+  EXPECT_EQ(ExportColumnValue(MakeColumn(2001, 'B', "AC", "Method")), "Depr. Method,66,AC,Method");
+  EXPECT_EQ(ExportColumnValue(MakeColumn(1010, '*', "NDCA", "")), "Date in Service,42,ADCN,");
+  EXPECT_EQ(ExportColumnValue(MakeColumn(1002, '*', "", std::string("a\0b", 3))),
+            std::string("Desc.,42,,a\0b", 13));
   const std::optional<ExportColumn> read = ParseExportColumnValue("Depr. Method,66,AC,Method");
   ASSERT_TRUE(read);
-  ExpectSameColumn(*read, method);
+  EXPECT_EQ(read->field, 2001);
+  EXPECT_EQ(read->group, 'B');
+  EXPECT_EQ(read->heading, "Method");
+  EXPECT_TRUE(read->addition && read->current && !read->disposition && !read->none_of_the_above);
 
-  EXPECT_EQ(ExportColumnValue(Column(1010, '*', "", "DN")), "Date in Service,42,DN,");
-}
-
-TEST(ExportColumnValueTest, ReadingIsLenientAboutCaseAndTakesTheRestAsHeading) {
-  const std::optional<ExportColumn> read =
-      ParseExportColumnValue("depr. METHOD,84,nd,Cost, net, 1999");
-  ASSERT_TRUE(read);
-  ExpectSameColumn(*read, Column(2001, 'T', "Cost, net, 1999", "DN"));
-
-  // Flags are read in any order; letters that are no flag are passed over.
-  const std::optional<ExportColumn> flags = ParseExportColumnValue("Cost,42,cXa,");
-  ASSERT_TRUE(flags);
-  ExpectSameColumn(*flags, Column(1008, '*', "", "AC"));
-}
-
-TEST(ExportColumnValueTest, ValuesThatNameNoColumnAreDropped) {
-  // A general field asked for in a schedule, and the other way round.
-  EXPECT_FALSE(ParseExportColumnValue("Asset No.,66,A,No"));
-  EXPECT_FALSE(ParseExportColumnValue("Depr. Method,42,A,Method"));
-  EXPECT_FALSE(ParseExportColumnValue("Depr Method,66,A,Method"));
-  // Three commas are needed, even for an empty heading.
-  EXPECT_FALSE(ParseExportColumnValue("Depr. Method,66,AC"));
-  EXPECT_FALSE(ParseExportColumnValue(""));
-  // A group code must be a number naming "*" or a schedule letter.
-  EXPECT_FALSE(ParseExportColumnValue("Depr. Method,B,AC,Method"));
-  EXPECT_FALSE(ParseExportColumnValue("Depr. Method,322,AC,Method"));  // 322 = 256 + 'B'
-  EXPECT_FALSE(ParseExportColumnValue("Depr. Method,98,AC,Method"));   // 'b'
-  EXPECT_FALSE(ParseExportColumnValue("Depr. Method,-66,AC,Method"));
-}
-
-TEST(ExportFieldTest, NamesAndNumbersFindTheSameFieldInEachGroup) {
-  for (const ExportField& field : GeneralExportFields()) {
-    EXPECT_EQ(FindExportField('*', field.name), &field);
-    EXPECT_EQ(FindExportField(field.number), &field);
-    EXPECT_EQ(FindExportField('B', field.name), nullptr) << field.name;
+  // Names and flags in any case; the heading is everything after the third comma.
+  EXPECT_EQ(Stored(ParseExportColumnValue("depr. METHOD, 84 ,nxd,Cost, net, 1999")),
+            "Depr. Method,84,DN,Cost, net, 1999");
+  // A name of the other group, an unknown name, a missing comma, or a group code that
+  // names neither "*" nor a schedule letter: no column.
+  for (const char* value : {"Asset No.,66,A,No", "Depr. Method,42,A,M", "Depr Method,66,A,M",
+                            "Depr. Method,66,AC", "Depr. Method,B,A,M", "Depr. Method,322,A,M",
+                            "Depr. Method,98,A,M", "Depr. Method,-66,A,M", ""}) {
+    EXPECT_EQ(Stored(ParseExportColumnValue(value)), "(dropped)") << value;
   }
-  for (const ExportField& field : ScheduleExportFields()) {
-    EXPECT_EQ(FindExportField('Z', AsciiUpper(field.name)), &field);
-    EXPECT_EQ(FindExportField(field.number), &field);
-  }
-  EXPECT_EQ(FindExportField(1030), nullptr);
 }
 
 class ExportDefinitionFileTest : public ::testing::Test {
  protected:
-  ExportDefinition Sample() const {
-    ExportDefinition definition;
-    definition.name = "Year end";
-    definition.include_headings = false;
-    definition.select_assets = true;
-    definition.file_name = "yearend.txt";
-    definition.changed = true;
-    definition.columns = {Column(1001, '*', "Asset, number", "ADCN"),
-                          Column(2019, 'T', "Ending, tax, allowable", "C"),
-                          Column(2001, 'B', "", "")};
-    return definition;
+  ExportDefinition Sample(std::string name = "Year end") const {
+    ExportDefinition d;
+    d.name = std::move(name);
+    d.include_headings = false;
+    d.select_assets = true;
+    d.file_name = "yearend.txt";
+    d.changed = true;
+    d.columns = {MakeColumn(1001, '*', "ADCN", "Asset, number"),
+                 MakeColumn(2019, 'T', "C", "Ending, tax, allowable"),
+                 MakeColumn(2001, 'B', "", "")};
+    return d;
   }
 
   TempDir dir_;
@@ -107,9 +65,13 @@ TEST_F(ExportDefinitionFileTest, SavedDefinitionLoadsBackTheSame) {
   ExportDefinition saved = Sample();
   ASSERT_TRUE(SaveDefinition(file_, saved));
   EXPECT_FALSE(saved.changed);
+  EXPECT_EQ(testing::ReadText(file_),
+            "[Year end]\r\nInclude Headings=No\r\nFilename=yearend.txt\r\nSelect Assets=Yes\r\n"
+            "0=Asset No.,42,ADCN,Asset, number\r\n1=Ending Allwble Dpr,84,C,Ending, tax, "
+            "allowable\r\n2=Depr. Method,66,,\r\n");
 
   ExportDefinition loaded;
-  loaded.columns = {Column(1002, '*', "left over", "A")};
+  loaded.columns = {MakeColumn(1002, '*', "A", "left over")};
   loaded.changed = true;
   ASSERT_TRUE(LoadDefinition(file_, "YEAR END", loaded));
   EXPECT_FALSE(loaded.changed);
@@ -117,36 +79,21 @@ TEST_F(ExportDefinitionFileTest, SavedDefinitionLoadsBackTheSame) {
   EXPECT_TRUE(loaded.select_assets);
   EXPECT_EQ(loaded.file_name, "yearend.txt");
   ASSERT_EQ(loaded.columns.size(), saved.columns.size());
-  for (size_t i = 0; i < saved.columns.size(); ++i)
-    ExpectSameColumn(loaded.columns[i], saved.columns[i]);
-
-  // The section as the main program's readers expect it, keys in this order.
-  EXPECT_EQ(
-      testing::ReadText(file_),
-      "[Year end]\r\nInclude Headings=No\r\nFilename=yearend.txt\r\nSelect Assets=Yes\r\n"
-      "0=Asset No.,42,ADCN,Asset, number\r\n1=Ending Allwble Dpr,84,C,Ending, tax, allowable\r\n"
-      "2=Depr. Method,66,,\r\n");
+  for (size_t i = 0; i < saved.columns.size(); ++i) {
+    EXPECT_EQ(ExportColumnValue(loaded.columns[i]), ExportColumnValue(saved.columns[i]));
+  }
 }
 
 TEST_F(ExportDefinitionFileTest, SavingReplacesTheWholeSectionAndKeepsOthers) {
-  ExportDefinition first = Sample();
+  ExportDefinition first = Sample(), other = Sample("Other"), shorter = Sample("year END");
   ASSERT_TRUE(SaveDefinition(file_, first));
-  ExportDefinition other = Sample();
-  other.name = "Other";
   ASSERT_TRUE(SaveDefinition(file_, other));
-
-  ExportDefinition shorter = Sample();
-  shorter.name = "year END";
   shorter.columns.resize(1);
   ASSERT_TRUE(SaveDefinition(file_, shorter));
   ExportDefinition loaded;
   ASSERT_TRUE(LoadDefinition(file_, "Year end", loaded));
   EXPECT_EQ(loaded.columns.size(), 1u);  // keys "1" and "2" of the old one are gone
-
-  const std::vector<std::string> names = ListDefinitions(file_);
-  ASSERT_EQ(names.size(), 2u);
-  EXPECT_EQ(names[0], "Other");
-  EXPECT_EQ(names[1], "year END");
+  EXPECT_EQ(ListDefinitions(file_), (std::vector<std::string>{"Other", "year END"}));
 
   ASSERT_TRUE(DeleteDefinition(file_, "YEAR end"));
   EXPECT_FALSE(LoadDefinition(file_, "Year end", loaded));
@@ -175,22 +122,12 @@ TEST_F(ExportDefinitionFileTest, HandWrittenSectionReadsWithDefaults) {
   EXPECT_FALSE(loaded.select_assets);    // only "Yes"
   EXPECT_EQ(loaded.file_name, "");
   ASSERT_EQ(loaded.columns.size(), 2u);
-  ExpectSameColumn(loaded.columns[0], Column(1002, '*', "Description", "A"));
-  ExpectSameColumn(loaded.columns[1], Column(1008, '*', "  Cost", "C"));
+  EXPECT_EQ(ExportColumnValue(loaded.columns[0]), "Desc.,42,A,Description");
+  EXPECT_EQ(ExportColumnValue(loaded.columns[1]), "Cost,42,C,  Cost");
 
   ASSERT_TRUE(LoadDefinition(file_, "Empty", loaded));
   EXPECT_TRUE(loaded.columns.empty());
   EXPECT_FALSE(LoadDefinition(dir_.File("none.exp"), "Quick", loaded));
-}
-
-TEST_F(ExportDefinitionFileTest, LongValuesAreCutAsTheWindowReadsThem) {
-  ExportDefinition definition = Sample();
-  definition.columns = {Column(1002, '*', std::string(400, 'h'), "A")};
-  ASSERT_TRUE(SaveDefinition(file_, definition));
-  ExportDefinition loaded;
-  ASSERT_TRUE(LoadDefinition(file_, "Year end", loaded));
-  ASSERT_EQ(loaded.columns.size(), 1u);
-  EXPECT_EQ(loaded.columns[0].heading.size(), 299u - std::string("Desc.,42,A,").size());
 }
 
 }  // namespace
