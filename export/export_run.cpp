@@ -53,48 +53,48 @@ NvAssetSchedule EmptySchedulePart() {
 
 std::string GeneralFieldText(int field, const NvAsset& a, bool round) {
   switch (field) {
-    case 1001:
+    case 1001:  // Asset No.
       return NumberText(a.number);
-    case 1002:
+    case 1002:  // Desc.
       return a.description;
-    case 1003:
+    case 1003:  // Location
       return a.location;
-    case 1004:
+    case 1004:  // Category
       return a.category;
-    case 1005:
+    case 1005:  // Acct No./Grp.
       return a.account;
-    case 1006:
+    case 1006:  // Cash and Notes
       return Amount(a.cash_and_notes, round);
-    case 1007:
+    case 1007:  // Trade In
       return Amount(a.trade_in, round);
-    case 1008:
+    case 1008:  // Cost
       return Amount(a.Cost(), round);
-    case 1009:
+    case 1009:  // Purchase Date
       return DateText(a.purchase_date);
-    case 1010:
+    case 1010:  // Date in Service
       return DateText(a.date_in_service);
-    case 1011:
+    case 1011:  // New/Used/Trade
       return Character(a.new_used_trade);
-    case 1012:
+    case 1012:  // Prior Short Years
       return Integer(a.prior_short_years);
-    case 1013:
+    case 1013:  // Property Code
       return a.property_code;
-    case 1014:
+    case 1014:  // 4797 Type
       return Integer(a.type_4797);
-    case 1025:
+    case 1025:  // Disposal Code
       return Character(a.disposal_code);
-    case 1026:
+    case 1026:  // Transferred To
       return NumberText(a.transferred_to);
-    case 1027:
+    case 1027:  // Disposal Date
       return DateText(a.disposal_date);
-    case 1028:
+    case 1028:  // Sale Amount
       return Amount(a.sale_amount, round);
-    case 1029:
+    case 1029:  // Traded To
       return NumberText(a.traded_to);
     default:
       break;
   }
-  constexpr int kFirstUserField = 1015;
+  constexpr int kFirstUserField = 1015;  // User Field 1 to 10
   if (field >= kFirstUserField && field < kFirstUserField + kAssetUserFields) {
     return a.user_fields[static_cast<size_t>(field - kFirstUserField)];
   }
@@ -103,51 +103,51 @@ std::string GeneralFieldText(int field, const NvAsset& a, bool round) {
 
 std::string ScheduleFieldText(int field, const NvAssetSchedule& s, bool round) {
   switch (field) {
-    case 2001:
+    case 2001:  // Depr. Method
       return Integer(s.method);
-    case 2002:
+    case 2002:  // Amortized (Y/N)
       return s.amortized ? "Y" : "N";
-    case 2003:
+    case 2003:  // Am. Code Section
       return s.am_code_section;
-    case 2004:
+    case 2004:  // Asset Type
       return s.asset_type;
-    case 2005:
+    case 2005:  // Business Percent
       return Integer(s.business_percent);
-    case 2006:
+    case 2006:  // Useful Life
       return LifeText(s.useful_life);
-    case 2007:
+    case 2007:  // SL Life
       return LifeText(s.sl_life);
-    case 2008:
+    case 2008:  // Depreciable Basis
       return Amount(s.depreciable_basis, round);
-    case 2009:
+    case 2009:  // Substitute Basis
       return Amount(s.substitute_basis, round);
-    case 2010:
+    case 2010:  // ITC Basis
       return Amount(s.ItcBasis(), round);
-    case 2011:
+    case 2011:  // Subst. ITC Basis
       return Amount(s.subst_itc_basis, round);
-    case 2012:
+    case 2012:  // ITC Code
       return Integer(s.itc_code);
-    case 2013:
+    case 2013:  // ITC
       return Amount(s.itc, round);
-    case 2014:
+    case 2014:  // Convention
       return Character(s.convention);
-    case 2015:
+    case 2015:  // Sec. 179 Expense
       return Amount(s.sec179_expense, round);
-    case 2016:
+    case 2016:  // Prior Allowd Dpr
       return Amount(s.prior_allowed_depr, round);
-    case 2017:
+    case 2017:  // Prior Allowble Dpr
       return Amount(s.prior_allowable_depr, round);
-    case 2018:
+    case 2018:  // Ending Allwd Dpr
       return Amount(s.EndingAllowedDepr(), round);
-    case 2019:
+    case 2019:  // Ending Allwble Dpr
       return Amount(s.EndingAllowableDepr(), round);
-    case 2020:
+    case 2020:  // Bonus Depr
       return Amount(s.bonus_depr, round);
-    case 2021:
+    case 2021:  // Salvage Value
       return Amount(s.salvage_value, round);
-    case 2022:
+    case 2022:  // Current Depr
       return Amount(s.current_depr, round);
-    case 2023:
+    case 2023:  // Misc. Code
       return s.misc_codes;
     default:
       return kUnimplementedField;
