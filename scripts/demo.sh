@@ -2,7 +2,8 @@
 # The main job on the bundled demo installation (a scratch copy of testdata/demo):
 #   1. nvtool: the bundled text file into company HARBOUR, HARBOUR out in each record type,
 #      the comma file back into HARBOUR2, each other product's demo source into a company
-#      of its own, `nvtool check` on every company made, and the counts;
+#      of its own, `nvtool check` on every company made, and the counts; HARBOUR out
+#      through a stored export definition;
 #   2. nvimport as the main fixed-assets program starts it: a "/pid:" token and the mode
 #      word on the command line, the ten parameter lines on standard input. With a display
 #      the import window opens; without one the same start runs in scripted mode
@@ -39,6 +40,12 @@ done
 "$nvtool" import text "$data/HARBOUR-comma.txt" "$data" HARBOUR2 --type comma >"$data/nvtool-import-HARBOUR2.txt"
 echo "import text HARBOUR-comma.txt into HARBOUR2: $(copied "$data/nvtool-import-HARBOUR2.txt")"
 "$nvtool" check "$data" HARBOUR2
+
+echo "---- nvtool: an export definition ----"
+printf '%s\r\n' '[Register]' 'Include Headings=Yes' 'Filename=HARBOUR-register.txt' 'Select Assets=No' \
+  '0=Asset No.,42,ADCN,Asset' '1=Desc.,42,ADCN,Description' '2=Cost,42,ADCN,Cost' \
+  '3=Useful Life,84,ADCN,Tax life' '4=Ending Allwd Dpr,84,ADCN,Tax depreciation' >"$data/HARBOUR.EXP"
+"$nvtool" export "$data" HARBOUR Register --replace
 
 echo "---- nvtool: each product's demo source ----"
 for run in \
