@@ -192,43 +192,64 @@ BnaLineConverter::BnaLineConverter(BnaImportState& state, NvCompany& company,
   context_.ui = ui;
   // A DEFAULT or SPECIAL field is the field reference to its own name.
   special_ = [this](const ConversionDefinition& d) {
+    LanguageColumns();
     return bna::EvaluateFieldReference(d.name, context_);
   };
+  const ImportConversionList& list = state.definitions;
+  asset_no_ = list.Find(kBnaAssetNoField);
+  type_4797_ = list.Find(kBna4797Type.name);
+  for (size_t i = 0; i < kBnaGeneralFields.size(); ++i) {
+    general_[i] = list.Find(kBnaGeneralFields[i].name);
+  }
+  const CompanySchedules company_schedules = company.Schedules();
+  for (char letter : company.record().schedule_letters) {
+    ScheduleDefinitions& schedule = schedules_.emplace_back();
+    schedule.letter = letter;
+    schedule.name = CompanyScheduleName(company_schedules, letter);
+    for (size_t i = 0; i < kBnaScheduleFields.size(); ++i) {
+      schedule.fields[i] = list.Find(ScheduleFieldName(kBnaScheduleFields[i].name, schedule.name));
+    }
+  }
 }
 
 void BnaLineConverter::SetLine(std::string_view text, int32_t number) {
   columns_.emplace(text, state_.file_type);
   column_texts_.clear();
+  texts_ready_ = false;
+  context_.columns = {};
+  context_.line_number = number;
+}
+
+void BnaLineConverter::LanguageColumns() {
+  // Most fields take a column as it stands; the copies the language reads are made for
+  // the first line's field that needs them.
+  if (texts_ready_) return;
+  texts_ready_ = true;
   for (int i = 0; i < columns_->Count(); ++i) {
     column_texts_.emplace_back(columns_->Column(i).value_or(std::string_view()));
   }
   context_.columns = column_texts_;
-  context_.line_number = number;
 }
 
-std::optional<std::string> BnaLineConverter::Value(std::string_view field, size_t asked,
-                                                   char letter) {
+std::optional<std::string> BnaLineConverter::Value(const ConversionDefinition* definition,
+                                                   size_t asked, char letter) {
   context_.letter = letter;
-  std::optional<std::string_view> schedule;
-  std::string name;
-  if (letter != '\0') {
-    name = ScheduleName(letter);
-    schedule = name;
-  }
-  return nv::ProduceFieldValue(state_.definitions, field, *columns_, asked, schedule, special_);
+  return ProduceDefinitionValue(definition, *columns_, asked, special_);
 }
 
 std::optional<std::string> BnaLineConverter::AssetNumber(size_t longest) {
-  return Value(kBnaAssetNoField, longest, '\0');
+  return Value(asset_no_, longest, '\0');
 }
 
 std::optional<std::string> BnaLineConverter::Fill(NvAsset& asset) {
   std::optional<std::string> note;
   FillGeneral(asset, &note);
-  for (char letter : company_.record().schedule_letters) {
-    if (NvAssetSchedule* schedule = asset.Schedule(letter)) FillSchedule(asset, letter, *schedule);
+  for (const ScheduleDefinitions& definitions : schedules_) {
+    if (NvAssetSchedule* schedule = asset.Schedule(definitions.letter)) {
+      FillSchedule(asset, definitions, *schedule);
+    }
   }
-  if (std::optional<std::string> v = Value(kBna4797Type.name, kBna4797Type.asked, '\0')) {
+  if (std::optional<std::string> v = Value(type_4797_, kBna4797Type.asked, '\0')) {
     asset.type_4797 = bna::ReadInt(*v);
   }
   return note;
@@ -236,8 +257,7 @@ std::optional<std::string> BnaLineConverter::Fill(NvAsset& asset) {
 
 void BnaLineConverter::FillGeneral(NvAsset& asset, std::optional<std::string>* note) {
   for (size_t i = 0; i < kBnaGeneralFields.size(); ++i) {
-    const BnaTargetField& field = kBnaGeneralFields[i];
-    std::optional<std::string> value = Value(field.name, field.asked, '\0');
+    std::optional<std::string> value = Value(general_[i], kBnaGeneralFields[i].asked, '\0');
     if (!value) continue;
     if (kGeneralStores[i] != nullptr) {
       kGeneralStores[i](*value, rules_, asset);
@@ -250,11 +270,12 @@ void BnaLineConverter::FillGeneral(NvAsset& asset, std::optional<std::string>* n
   if (asset.date_in_service.empty()) asset.date_in_service = asset.purchase_date;
 }
 
-void BnaLineConverter::FillSchedule(NvAsset& asset, char letter, NvAssetSchedule& schedule) {
+void BnaLineConverter::FillSchedule(NvAsset& asset, const ScheduleDefinitions& definitions,
+                                    NvAssetSchedule& schedule) {
   ScheduleGiven given;
   for (size_t i = 0; i < kBnaScheduleFields.size(); ++i) {
-    const BnaTargetField& field = kBnaScheduleFields[i];
-    std::optional<std::string> value = Value(field.name, field.asked, letter);
+    std::optional<std::string> value =
+        Value(definitions.fields[i], kBnaScheduleFields[i].asked, definitions.letter);
     if (value) kScheduleStores[i](*value, rules_, schedule, given);
   }
   if (given.basis) StoreBasis(*given.basis, asset, rules_, schedule);
@@ -280,8 +301,14 @@ bool BnaLineConverter::SaveAccountGroups() {
   return saved;
 }
 
+const ConversionDefinition* BnaLineConverter::Lookup(std::string_view name) const {
+  auto at = found_.find(std::string(name));
+  if (at == found_.end()) at = found_.emplace(name, state_.definitions.Find(name)).first;
+  return at->second;
+}
+
 std::optional<bna::FieldDefinition> BnaLineConverter::Find(std::string_view name) const {
-  const ConversionDefinition* d = state_.definitions.Find(name);
+  const ConversionDefinition* d = Lookup(name);
   if (d == nullptr) return std::nullopt;
   return bna::FieldDefinition{d->name, d->column, d->method, d->active, d->no_copy};
 }
@@ -290,8 +317,7 @@ std::optional<std::string> BnaLineConverter::ProduceFieldValue(std::string_view 
                                                                std::span<const std::string>, char) {
   // The language asks with the name already completed by the schedule's; the line is the
   // one set, which the span shows too.
-  return nv::ProduceFieldValue(state_.definitions, name, *columns_, kNoLengthLimit, std::nullopt,
-                               special_);
+  return ProduceDefinitionValue(Lookup(name), *columns_, kNoLengthLimit, special_);
 }
 
 std::string BnaLineConverter::SpecialConversion(std::string_view key) {
@@ -308,11 +334,10 @@ std::string BnaLineConverter::SpecialConversion(std::string_view key) {
 }
 
 std::string BnaLineConverter::ScheduleName(char letter) const {
-  auto at = schedule_names_.find(letter);
-  if (at == schedule_names_.end()) {
-    at = schedule_names_.emplace(letter, CompanyScheduleName(company_.Schedules(), letter)).first;
+  for (const ScheduleDefinitions& schedule : schedules_) {
+    if (schedule.letter == letter) return schedule.name;
   }
-  return at->second;
+  return CompanyScheduleName(company_.Schedules(), letter);
 }
 
 }  // namespace nv

@@ -5,6 +5,7 @@
 // same line and the same asset.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -12,9 +13,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "base/date.h"
+#include "import/bna/bna_fields.h"
 #include "import/bna/bna_source.h"
 #include "import/bna/bna_state.h"
 #include "import/bna/conversion/conversion_context.h"
@@ -67,10 +70,24 @@ class BnaLineConverter final : public bna::ConversionDefinitions {
   std::string ScheduleName(char letter) const override;
 
  private:
-  std::optional<std::string> Value(std::string_view field, size_t asked, char letter);
+  // The definitions of one schedule's fields, looked up once a run: the list and the
+  // company's schedules do not change while it runs.
+  struct ScheduleDefinitions {
+    char letter = '\0';
+    std::string name;  // the company's name of the schedule
+    std::array<const ConversionDefinition*, kBnaScheduleFields.size()> fields{};
+  };
+
+  std::optional<std::string> Value(const ConversionDefinition* definition, size_t asked,
+                                   char letter);
   void FillGeneral(NvAsset& asset, std::optional<std::string>* note);
-  void FillSchedule(NvAsset& asset, char letter, NvAssetSchedule& schedule);
+  void FillSchedule(NvAsset& asset, const ScheduleDefinitions& definitions,
+                    NvAssetSchedule& schedule);
   AccountGroupList* AccountGroups();
+  // Sets the context's columns for the language.
+  void LanguageColumns();
+  // The list's Find, remembered by the name asked for.
+  const ConversionDefinition* Lookup(std::string_view name) const;
 
   BnaImportState& state_;
   NvCompany& company_;
@@ -79,9 +96,15 @@ class BnaLineConverter final : public bna::ConversionDefinitions {
   nv::SpecialConversion special_;
   std::optional<ColumnClass> columns_;
   std::vector<std::string> column_texts_;  // the same line for the language
+  bool texts_ready_ = false;
   bool groups_loaded_ = false;
+  const ConversionDefinition* asset_no_ = nullptr;
+  const ConversionDefinition* type_4797_ = nullptr;
+  std::array<const ConversionDefinition*, kBnaGeneralFields.size()> general_{};
+  std::vector<ScheduleDefinitions> schedules_;  // in the order of the company's letters
+  // What the language looked up, by the name it asked with.
+  mutable std::unordered_map<std::string, const ConversionDefinition*> found_;
   std::map<std::string, std::string> specials_;  // read once a run, by upper-case key
-  mutable std::map<char, std::string> schedule_names_;
 };
 
 }  // namespace nv
