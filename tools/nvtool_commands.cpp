@@ -46,6 +46,8 @@ constexpr char kUsage[] =
     "         aicpa: [--account asset|accumulated|expense] [--switch-sl yes|no]\n"
     "                [--without-dispositions yes|no]\n"
     "         faswin: [--delete-disposed yes|no|cancel] [--schedule LETTER]\n"
+    "         bna: --profile FILE [--company-type new|existing]\n"
+    "              [--duplicates combine|replace|ignore|subasset] [--today MM/DD/YYYY]\n"
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
