@@ -65,6 +65,14 @@ for run in \
     "$(copied "$data/nvtool-import-$number.txt")"
   "$nvtool" check "$data" "$number"
 done
+# BNA converts by an import profile, which a run may write back to: a copy of the example.
+cp testdata/bna/EXAMPLE.IMP "$data/EXAMPLE.IMP"
+"$nvtool" import bna testdata/bna/FIXEDASSETS.CSV "$data" BNADEMO --profile "$data/EXAMPLE.IMP" \
+  --today 11/24/2026 >"$data/nvtool-import-BNADEMO.txt" 2>&1 ||
+  { cat "$data/nvtool-import-BNADEMO.txt"; exit 1; }
+printf '%-8s %-50s %s\n' BNADEMO "bna testdata/bna/FIXEDASSETS.CSV" \
+  "$(sed -n 's/^message title="Note" text="\([0-9]* assets imported.\)".*/\1/p' "$data/nvtool-import-BNADEMO.txt")"
+"$nvtool" check "$data" BNADEMO
 echo "(transcripts and import reports: $data/nvtool-import-*.txt, $data/import-reports/)"
 
 export NV_INSTALL_DIR="$install_dir"
