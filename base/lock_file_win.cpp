@@ -19,13 +19,28 @@ bool IsSharingError(DWORD error) {
   return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
+// Share modes keep out other Windows opens. A byte-range lock on top, far beyond any
+// content so that it never stands in the way of a reader, also reaches programs that only
+// know POSIX record locks: Samba maps it onto one on the server, and so does wine on the
+// machine it runs on, where the native programs' whole-file locks meet it.
+constexpr DWORD kFarRangeHigh = 0x40000000;  // offset 2^62
+
+bool LockFarRange(HANDLE h, bool exclusive) {
+  OVERLAPPED at = {};
+  at.OffsetHigh = kFarRangeHigh;
+  const DWORD flags = LOCKFILE_FAIL_IMMEDIATELY | (exclusive ? LOCKFILE_EXCLUSIVE_LOCK : 0);
+  return ::LockFileEx(h, flags, 0, 1, 0, &at);
+}
+
 }  // namespace
 
 std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode, bool* missing) {
   assert(mode == File::Mode::kRead || mode == File::Mode::kOpenOrCreate);
-  const File::Sharing sharing =
-      mode == File::Mode::kRead ? File::Sharing::kReadOnly : File::Sharing::kNone;
-  return File::Open(path, mode, missing, sharing);
+  const bool reading = mode == File::Mode::kRead;
+  std::optional<File> file =
+      File::Open(path, mode, missing, reading ? File::Sharing::kReadOnly : File::Sharing::kNone);
+  if (file && !LockFarRange(AsHandle(file->handle()), !reading)) return std::nullopt;
+  return file;
 }
 
 LockFile::LockFile(LockFile&& other) noexcept
@@ -46,14 +61,20 @@ LockFile& LockFile::operator=(LockFile&& other) noexcept {
 LockStatus LockFile::TryAcquire(const std::string& path) {
   assert(!held());
   if (held()) return LockStatus::kError;
-  // DELETE access lets ReleaseAndRemove delete the file through this very handle.
-  HANDLE h = ::CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_READ,
-                           nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  // No DELETE access: a reader that shares reading and writing only (as the C library's
+  // fopen does) must still be able to read the holder's line.
+  HANDLE h = ::CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                           OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (h == INVALID_HANDLE_VALUE) {
     // A file another holder has marked for deletion refuses new opens until it is gone.
     const DWORD error = ::GetLastError();
     return IsSharingError(error) || error == ERROR_ACCESS_DENIED ? LockStatus::kHeldByOther
                                                                  : LockStatus::kError;
+  }
+  if (!LockFarRange(h, true)) {
+    const DWORD error = ::GetLastError();
+    ::CloseHandle(h);
+    return IsSharingError(error) ? LockStatus::kHeldByOther : LockStatus::kError;
   }
   handle_ = reinterpret_cast<File::NativeHandle>(h);
   path_ = path;
@@ -89,15 +110,13 @@ void LockFile::Release() {
 }
 
 void LockFile::ReleaseAndRemove() {
-  if (held()) {
-    FILE_DISPOSITION_INFO remove = {};
-    remove.DeleteFile = TRUE;
-    // The file goes when the handle closes; if that cannot be arranged it stays behind
-    // empty of meaning, as after a crash, and the next holder takes it over.
-    static_cast<void>(::SetFileInformationByHandle(AsHandle(handle_), FileDispositionInfo, &remove,
-                                                   sizeof remove));
-  }
+  const std::string path = path_;
+  const bool was_held = held();
   Release();
+  // A holder that came in between our close and this delete has the file open without
+  // delete sharing, so the delete fails and its lock stays; a file left behind means
+  // nothing, as after a crash, and the next holder takes it over.
+  if (was_held) static_cast<void>(::DeleteFileA(path.c_str()));
 }
 
 std::optional<std::string> LockFile::ReadContent(const std::string& path) {
@@ -111,8 +130,9 @@ bool LockFile::IsHeldByOther(const std::string& path) {
                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (h == INVALID_HANDLE_VALUE) return IsSharingError(::GetLastError());
-  ::CloseHandle(h);
-  return false;
+  const bool free = LockFarRange(h, true);
+  ::CloseHandle(h);  // which lets go of our test lock
+  return !free;
 }
 
 }  // namespace nv

@@ -99,9 +99,8 @@ TEST_F(ProfileTest, MissingFileReadsEmptyAndWriteCreatesIt) {
   EXPECT_EQ(ListProfileKeys(ini_, "USER alice"), (Names{"print to screen font", "Other"}));
   EXPECT_EQ(Contents(ini_).find('\n'), Contents(ini_).find('\r') + 1);  // CR LF
 #ifndef _WIN32
-  EXPECT_EQ(
-      Contents(ini_),
-      "[User ALICE]\r\nprint to screen font=LOGFONT(1)\r\nOther=x\r\n\r\n[Second]\r\nk=v\r\n");
+  EXPECT_EQ(Contents(ini_),
+            "[User ALICE]\r\nprint to screen font=LOGFONT(1)\r\nOther=x\r\n[Second]\r\nk=v\r\n");
 #endif
 }
 

@@ -131,7 +131,6 @@ bool ProfileText::Set(std::string_view section, std::string_view key, std::strin
   std::string line = std::string(key) + "=" + std::string(value);
   std::optional<Range> range = FindSection(section);
   if (!range) {
-    if (!lines_.empty() && !Trim(lines_.back()).empty()) lines_.emplace_back();
     lines_.push_back("[" + std::string(section) + "]");
     lines_.push_back(std::move(line));
     return true;

@@ -32,7 +32,8 @@ class ProfileText {
   std::vector<std::string> Keys(std::string_view section) const;
 
   // Sets key=value in the first matching section, adding the key at the end of the
-  // section's entries or the section at the end of the text. False (and nothing changed)
+  // section's entries or the section at the end of the text (right after the last line,
+  // as the system's writer does: no blank line is added). False (and nothing changed)
   // when a name is empty after trimming, a name or the value holds a line break, the key
   // holds "=" or starts with "[" or ";", or the section holds "]".
   [[nodiscard]] bool Set(std::string_view section, std::string_view key, std::string_view value);

@@ -1,6 +1,7 @@
 #include "tools/nvtool_context.h"
 
 #include "base/file.h"
+#include "base/path.h"
 #include "shell/user_name.h"
 #include "store/company/master_file.h"
 
@@ -8,8 +9,7 @@ namespace nv {
 
 InstallationContext ToolContext(const std::string& folder) {
   InstallationContext ctx;
-  std::string dir = folder;
-  if (dir.empty() || dir.back() != '/') dir += '/';
+  std::string dir = folder.empty() ? std::string(1, kPathSeparator) : WithTrailingSeparator(folder);
   ctx.installation_folder = dir;
   ctx.current.slot.data_path = dir;
   ctx.run.product_name = "NORVANE";
