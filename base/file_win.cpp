@@ -155,12 +155,21 @@ int File::Close() {
   return closed ? 0 : -1;
 }
 
+// Windows refuses "NAME\" for a file: the trailing separator goes, unless it is a root's.
+static std::string WithoutTrailingSeparator(std::string path) {
+  while (path.size() > 1 && (path.back() == '/' || path.back() == '\\') &&
+         path[path.size() - 2] != ':') {
+    path.pop_back();
+  }
+  return path;
+}
+
 bool PathExists(const std::string& path) {
-  return ::GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+  return ::GetFileAttributesA(WithoutTrailingSeparator(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool IsFolder(const std::string& path) {
-  const DWORD attributes = ::GetFileAttributesA(path.c_str());
+  const DWORD attributes = ::GetFileAttributesA(WithoutTrailingSeparator(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 

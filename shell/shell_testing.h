@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include "base/path.h"
 #include "base/temp_dir_testing.h"
 #include "base/ui.h"
 
@@ -51,7 +52,7 @@ class TempFolder {
   TempFolder() {
     path_ = MakeTempFolder("nv_shell_");
     EXPECT_FALSE(path_.empty());
-    path_ += "/";
+    path_ = WithTrailingSeparator(path_);
   }
   ~TempFolder() {
     std::error_code ec;

@@ -25,7 +25,7 @@ InstallationContext ToolContext(const std::string& folder) {
 
 std::optional<std::string> DataFolderProblem(const InstallationContext& ctx) {
   std::string data = ctx.data_directory();
-  while (data.size() > 1 && data.back() == '/') data.pop_back();
+  while (data.size() > 1 && IsPathSeparator(data.back())) data.pop_back();
   if (!PathExists(data)) return "the folder " + data + " does not exist";
   if (!IsFolder(data)) return data + " is not a folder";
   return std::nullopt;
