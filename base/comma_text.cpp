@@ -1,4 +1,5 @@
 #include "base/comma_text.h"
+#include "base/path.h"
 
 #include "base/file_util.h"
 
@@ -124,7 +125,7 @@ void CommaTextWriter::EndLine(size_t column) {
 }
 
 std::string PathIgnoringCase(const std::string& folder, std::string_view name) {
-  return FindFileIgnoringCase(folder, name).value_or(folder + std::string(name));
+  return FindFileIgnoringCase(folder, name).value_or(JoinPath(folder, name));
 }
 
 }  // namespace nv

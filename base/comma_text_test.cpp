@@ -1,10 +1,11 @@
 #include "base/comma_text.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+
+#include "base/temp_dir_testing.h"
 
 namespace nv {
 namespace {
@@ -86,9 +87,8 @@ TEST(CommaTextWriterTest, QuotedTextsBareNumbersPaddingAndCrLf) {
 }
 
 TEST(CommaTextFilesTest, OpenWriteAndFindIgnoringCase) {
-  char pattern[] = "/tmp/nv_comma_XXXXXX";
-  ASSERT_NE(::mkdtemp(pattern), nullptr);
-  const std::string folder = std::string(pattern) + "/";
+  TempDir dir;
+  const std::string folder = dir.path() + "/";
   EXPECT_EQ(CommaTextReader::Open(folder + "missing"), std::nullopt);
   std::ofstream(folder + "term.1", std::ios::binary) << "\"x\"\r\n";
   EXPECT_EQ(PathIgnoringCase(folder, "TERM.1"), folder + "term.1");
@@ -96,7 +96,6 @@ TEST(CommaTextFilesTest, OpenWriteAndFindIgnoringCase) {
   auto reader = CommaTextReader::Open(PathIgnoringCase(folder, "TERM.1"));
   ASSERT_TRUE(reader.has_value());
   EXPECT_EQ(reader->ReadField(), "x");
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

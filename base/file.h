@@ -24,19 +24,33 @@ class File {
     kAppend,        // created when missing; every write goes to the end, in one piece
   };
 
+  // What other opens of the file may do while this one is open. Windows enforces it at
+  // the open; elsewhere only base/lock_file.h's locks do, and Open ignores it.
+  enum class Sharing {
+    kAll,       // others may read, write, delete and rename
+    kReadOnly,  // others may only read
+    kNone,      // nobody else may open the file
+  };
+
+  // The system's handle: a file descriptor, or on Windows a HANDLE.
+  using NativeHandle = std::intptr_t;
+  static constexpr NativeHandle kNoHandle = -1;
+
   File() = default;
   // A destructor has nobody to tell; callers that care close first.
   ~File() { static_cast<void>(Close()); }
-  File(File&& other) noexcept : handle_(other.handle_) { other.handle_ = -1; }
+  File(File&& other) noexcept : handle_(other.handle_) { other.handle_ = kNoHandle; }
   File& operator=(File&& other) noexcept;
   File(const File&) = delete;
   File& operator=(const File&) = delete;
 
   // The file at `path` in `mode`, or an empty optional; *missing (when given) tells
   // whether that was because the file or its folder does not exist.
-  static std::optional<File> Open(const std::string& path, Mode mode, bool* missing = nullptr);
+  // On Windows an open that `sharing` of another open excludes fails.
+  static std::optional<File> Open(const std::string& path, Mode mode, bool* missing = nullptr,
+                                  Sharing sharing = Sharing::kAll);
 
-  bool is_open() const { return handle_ >= 0; }
+  bool is_open() const { return handle_ != kNoHandle; }
   // Exactly `count` bytes at `offset`; false on an error or at the end of the file.
   [[nodiscard]] bool ReadAt(uint64_t offset, void* buffer, size_t count) const;
   // Up to `count` bytes at `offset`: the number read (fewer at the end), or -1.
@@ -54,11 +68,12 @@ class File {
   [[nodiscard]] int Close();
 
   // The system's handle, for the lock files built on it (base/lock_file.h).
-  int handle() const { return handle_; }
+  NativeHandle handle() const { return handle_; }
 
  private:
-  explicit File(int handle) : handle_(handle) {}
-  int handle_ = -1;
+  explicit File(NativeHandle handle) : handle_(handle) {}
+  int fd() const { return static_cast<int>(handle_); }  // the POSIX descriptor
+  NativeHandle handle_ = kNoHandle;
 };
 
 [[nodiscard]] bool PathExists(const std::string& path);

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <string>
@@ -86,12 +88,14 @@ TEST(FileTest, FolderOperations) {
   ASSERT_TRUE(WriteFileAtomically(folder + "/x", "1"));
   EXPECT_FALSE(IsFolder(folder + "/x"));
   EXPECT_TRUE(SameFile(folder + "/x", folder + "//x"));
+  EXPECT_FALSE(SameFile(folder + "/x", dir.File("none")));
+#ifndef _WIN32  // making a link needs privileges on Windows
   ASSERT_EQ(::symlink((folder + "/x").c_str(), dir.File("link").c_str()), 0);
   EXPECT_TRUE(SameFile(dir.File("link"), folder + "/x"));
-  EXPECT_FALSE(SameFile(dir.File("link"), dir.File("none")));
+#endif
 
   ASSERT_TRUE(CopyFileBytes(folder + "/x", folder + "/y"));
-  ASSERT_TRUE(CopyFileBytes(dir.File("link"), folder + "/y"));  // replaces
+  ASSERT_TRUE(CopyFileBytes(folder + "/x", folder + "/y"));  // replaces
   ASSERT_TRUE(RenamePath(folder + "/y", folder + "/z"));
   std::vector<std::string> names = ListFolder(folder);
   std::sort(names.begin(), names.end());

@@ -2,11 +2,13 @@
 
 #include "base/file.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <string>
 #include <vector>
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 #include <gtest/gtest.h>
 
@@ -21,7 +23,8 @@ TEST(FileUtil, FindsFilesIgnoringCasePreferringExactName) {
   TempDir dir;
   ASSERT_TRUE(WriteFileAtomically(dir.File("COMPANY1.FAS"), "x"));
   EXPECT_EQ(FindFileIgnoringCase(dir.path(), "company1.fas"), dir.File("COMPANY1.FAS"));
-  EXPECT_EQ(FindFileIgnoringCase(dir.path() + "/", "Company1.Fas"), dir.File("COMPANY1.FAS"));
+  EXPECT_EQ(FindFileIgnoringCase(WithTrailingSeparator(dir.path()), "Company1.Fas"),
+            dir.File("COMPANY1.FAS"));
   EXPECT_EQ(FindFileIgnoringCase(dir.path(), "company1.fa"), std::nullopt);
   EXPECT_EQ(FindFileIgnoringCase(dir.path(), ""), std::nullopt);
   EXPECT_EQ(FindFileIgnoringCase(dir.path(), "x/COMPANY1.FAS"), std::nullopt);
@@ -29,9 +32,15 @@ TEST(FileUtil, FindsFilesIgnoringCasePreferringExactName) {
 
   ASSERT_TRUE(WriteFileAtomically(dir.File("assetgen.asc"), "1"));
   ASSERT_TRUE(WriteFileAtomically(dir.File("ASSETGEN.ASC"), "2"));
+#ifdef _WIN32
+  // One file under any spelling: the second write replaced the first.
+  EXPECT_EQ(ReadFileBytes(dir.File("AssetGen.asc")), "2");
+  EXPECT_TRUE(FindFileIgnoringCase(dir.path(), "AssetGen.asc").has_value());
+#else
   ASSERT_TRUE(WriteFileAtomically(dir.File("AssetGen.asc"), "3"));
   EXPECT_EQ(FindFileIgnoringCase(dir.path(), "AssetGen.asc"), dir.File("AssetGen.asc"));
   EXPECT_EQ(FindFileIgnoringCase(dir.path(), "assetgen.asc"), dir.File("assetgen.asc"));
+#endif
 }
 
 TEST(FileUtil, TextFilesAreWrittenWithCrLf) {
@@ -45,6 +54,7 @@ TEST(FileUtil, TextFilesAreWrittenWithCrLf) {
   EXPECT_EQ(ReadTextLines(path), Lines{});
 }
 
+#ifndef _WIN32
 TEST(FileUtil, ReplacingThroughALinkKeepsTheLink) {
   TempDir dir;
   ASSERT_TRUE(MakeDirectories(dir.File("real")));
@@ -58,6 +68,7 @@ TEST(FileUtil, ReplacingThroughALinkKeepsTheLink) {
   ASSERT_EQ(::symlink("nowhere/x", dir.File("dangling").c_str()), 0);
   EXPECT_FALSE(WriteFileAtomically(dir.File("dangling"), "x"));
 }
+#endif  // symbolic links are a POSIX habit; Windows needs privileges to make one
 
 TEST(FileUtil, LinesSplitAtLfAndCrLfOnly) {
   EXPECT_EQ(SplitTextLines("a\nb\r\nc"), (Lines{"a", "b", "c"}));

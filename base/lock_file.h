@@ -1,6 +1,9 @@
 // A lock file held open with other writers denied, as the company in-use lock is.
 //
-// The lock is an exclusive open-file-description lock (fcntl F_OFD_SETLK) on the whole
+// On Windows that is the open itself: the holder opens the file allowing others only to
+// read it, so no second holder can open it and nobody can delete it while it is held.
+//
+// Elsewhere the lock is an exclusive open-file-description lock (fcntl F_OFD_SETLK) on the whole
 // file, taken without waiting. Such locks belong to one open of the file, so two
 // LockFile objects exclude each other even inside one process, and the lock goes away
 // when the holder closes the file or its process dies in any way.
@@ -29,9 +32,9 @@ enum class LockStatus {
 
 // Opens a file for one operation the way a Windows open with share modes does: for
 // reading (kRead) others may read but not write; for writing (kOpenOrCreate) nobody else
-// may open it. On this platform that is a shared or an exclusive open-file-description
-// lock on the whole file, taken without waiting, and checked, as above, to be on the file
-// the path names. An empty optional when the file cannot be opened or someone else's
+// may open it. On Windows those are the share modes; elsewhere that is a shared or an exclusive
+// open-file-description lock on the whole file, taken without waiting, and checked, as above, to be
+// on the file the path names. An empty optional when the file cannot be opened or someone else's
 // open excludes ours; *missing tells whether the file (or its folder) does not exist.
 // REQUIRES: mode is File::Mode::kRead or File::Mode::kOpenOrCreate.
 std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode, bool* missing);
@@ -47,7 +50,7 @@ class LockFile {
 
   // Creates the file if needed and takes the lock. REQUIRES: !held().
   [[nodiscard]] LockStatus TryAcquire(const std::string& path);
-  bool held() const { return fd_ >= 0; }
+  bool held() const { return handle_ != File::kNoHandle; }
   const std::string& path() const { return path_; }
 
   // Replaces the file's content. REQUIRES: held().
@@ -67,7 +70,7 @@ class LockFile {
   [[nodiscard]] static bool IsHeldByOther(const std::string& path);
 
  private:
-  int fd_ = -1;
+  File::NativeHandle handle_ = File::kNoHandle;
   std::string path_;
 };
 

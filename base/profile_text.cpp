@@ -17,12 +17,14 @@ std::string_view Trim(std::string_view s) {
   return s;
 }
 
-// The section name when the line is a header.
+// The section name when the line is a header; without its "]" the line is no header.
 std::optional<std::string_view> HeaderName(std::string_view line) {
   line = Trim(line);
   if (line.empty() || line.front() != '[') return std::nullopt;
   line.remove_prefix(1);
-  return Trim(line.substr(0, line.find(']')));
+  const size_t close = line.find(']');
+  if (close == std::string_view::npos) return std::nullopt;
+  return Trim(line.substr(0, close));
 }
 
 struct Entry {
@@ -30,10 +32,11 @@ struct Entry {
   std::string_view value;
 };
 
-// The entry when the line is "key=value" with a non-empty key.
+// The entry when the line is "key=value" with a non-empty key. A comment (";k=v") is an
+// entry too, one that a listing leaves out, as the system's reader does.
 std::optional<Entry> EntryOf(std::string_view line) {
   std::string_view trimmed = Trim(line);
-  if (trimmed.empty() || trimmed.front() == '[' || trimmed.front() == ';') return std::nullopt;
+  if (trimmed.empty() || trimmed.front() == '[') return std::nullopt;
   size_t eq = trimmed.find('=');
   if (eq == std::string_view::npos) return std::nullopt;
   std::string_view key = Trim(trimmed.substr(0, eq));
@@ -54,6 +57,10 @@ bool CanWrite(std::string_view section, std::string_view key, std::string_view v
 }
 
 }  // namespace
+
+bool CanWriteProfileEntry(std::string_view section, std::string_view key, std::string_view value) {
+  return CanWrite(Trim(section), Trim(key), value);
+}
 
 ProfileText ProfileText::Parse(std::string_view bytes) {
   ProfileText text;
@@ -101,10 +108,7 @@ std::vector<std::string> ProfileText::Sections() const {
   std::vector<std::string> names;
   for (const std::string& line : lines_) {
     std::optional<std::string_view> name = HeaderName(line);
-    if (!name) continue;
-    bool seen = false;
-    for (const std::string& n : names) seen = seen || EqualIgnoringCase(n, *name);
-    if (!seen) names.emplace_back(*name);
+    if (name) names.emplace_back(*name);
   }
   return names;
 }
@@ -115,10 +119,7 @@ std::vector<std::string> ProfileText::Keys(std::string_view section) const {
   if (!range) return keys;
   for (size_t i = range->begin + 1; i < range->end; ++i) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
-    if (!entry) continue;
-    bool seen = false;
-    for (const std::string& k : keys) seen = seen || EqualIgnoringCase(k, entry->key);
-    if (!seen) keys.emplace_back(entry->key);
+    if (entry && entry->key.front() != ';') keys.emplace_back(entry->key);
   }
   return keys;
 }
@@ -130,7 +131,6 @@ bool ProfileText::Set(std::string_view section, std::string_view key, std::strin
   std::string line = std::string(key) + "=" + std::string(value);
   std::optional<Range> range = FindSection(section);
   if (!range) {
-    if (!lines_.empty() && !Trim(lines_.back()).empty()) lines_.emplace_back();
     lines_.push_back("[" + std::string(section) + "]");
     lines_.push_back(std::move(line));
     return true;
@@ -153,31 +153,22 @@ bool ProfileText::RemoveKey(std::string_view section, std::string_view key) {
   std::optional<Range> range = FindSection(section);
   if (!range) return false;
   key = Trim(key);
-  bool removed = false;
-  size_t end = range->end;
-  for (size_t i = range->begin + 1; i < end;) {
+  for (size_t i = range->begin + 1; i < range->end; ++i) {
     std::optional<Entry> entry = EntryOf(lines_[i]);
     if (entry && EqualIgnoringCase(entry->key, key)) {
       lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(i));
-      --end;
-      removed = true;
-    } else {
-      ++i;
+      return true;
     }
   }
-  return removed;
+  return false;
 }
 
 bool ProfileText::RemoveSection(std::string_view section) {
-  bool removed = false;
-  size_t from = 0;
-  while (std::optional<Range> range = FindSection(section, from)) {
-    lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(range->begin),
-                 lines_.begin() + static_cast<std::ptrdiff_t>(range->end));
-    from = range->begin;
-    removed = true;
-  }
-  return removed;
+  std::optional<Range> range = FindSection(section);
+  if (!range) return false;
+  lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(range->begin),
+               lines_.begin() + static_cast<std::ptrdiff_t>(range->end));
+  return true;
 }
 
 std::string ProfileValueForRead(std::string_view raw, size_t buffer_size) {

@@ -5,9 +5,17 @@
 #include <cstdarg>
 #include <string>
 
+// Checks printf-style arguments. On Windows the C99 formatting of the C library (%zu,
+// %lld) is the one in use (__USE_MINGW_ANSI_STDIO), so the checks follow GNU's rules.
+#ifdef _WIN32
+#define NV_PRINTF_FORMAT(format_at, args_at) __attribute__((format(gnu_printf, format_at, args_at)))
+#else
+#define NV_PRINTF_FORMAT(format_at, args_at) __attribute__((format(printf, format_at, args_at)))
+#endif
+
 namespace nv {
 
-std::string StrPrintf(const char* format, ...) __attribute__((format(printf, 1, 2)));
+std::string StrPrintf(const char* format, ...) NV_PRINTF_FORMAT(1, 2);
 std::string StrVPrintf(const char* format, va_list args);
 
 }  // namespace nv

@@ -19,6 +19,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/str_format.h"
+
 namespace nv {
 
 class CompanyScreen;
@@ -140,9 +142,8 @@ class Ui {
 };
 
 // Shorthands for the usual calls: printf-style texts, and "every answer but Yes is No".
-void MessageF(Ui& ui, std::string_view title, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
+void MessageF(Ui& ui, std::string_view title, const char* format, ...) NV_PRINTF_FORMAT(3, 4);
 [[nodiscard]] bool AskYes(Ui& ui, DefaultButton default_button, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
+    NV_PRINTF_FORMAT(3, 4);
 
 }  // namespace nv

@@ -1,13 +1,21 @@
 # One static library per layer folder. Sources are every *.cpp of the folder
 # (sub-folders included) except *_test.cpp, which make up the layer's GoogleTest
-# executable. Layers name the layers they use with DEPS.
-include(GoogleTest)
+# executable. Layers name the layers they use with DEPS. A file named *_win.cpp is built
+# only for Windows, *_posix.cpp only elsewhere: the two implementations of one header.
+if(NOT COMMAND gtest_discover_tests)  # the Windows build has its own
+  include(GoogleTest)
+endif()
 
 function(nv_layer name)
   cmake_parse_arguments(L "" "" "DEPS;TEST_DEPS" ${ARGN})
   file(GLOB_RECURSE all_srcs CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   set(lib_srcs "")
   set(test_srcs "")
+  if(WIN32)
+    list(FILTER all_srcs EXCLUDE REGEX "_posix(_test)?\\.cpp$")
+  else()
+    list(FILTER all_srcs EXCLUDE REGEX "_win(_test)?\\.cpp$")
+  endif()
   foreach(f IN LISTS all_srcs)
     if(f MATCHES "_test\\.cpp$")
       list(APPEND test_srcs "${f}")

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/file.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "export/exporters.h"
 #include "export/text_record.h"
@@ -115,7 +116,7 @@ TextFileResult WriteTextFile(const InstallationContext& context, const TextFileR
     static_cast<void>(company.Close());
     return result;
   }
-  const std::string path = TextFileFolder(request.folder) + "/" + request.file_name;
+  const std::string path = JoinPath(TextFileFolder(request.folder), request.file_name);
   std::optional<File> file = File::Open(path, File::Mode::kCreate);
   if (!file) {
     static_cast<void>(company.Close());

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "base/path.h"
 #include "base/temp_dir_testing.h"
 #include "store/asset/asset.h"
 #include "store/company/asset_testing.h"
@@ -122,10 +123,10 @@ TEST_F(TextFileExportTest, NothingIsWrittenWhenTheRunCannotStart) {
   auto missing = Script("choose 1\n");
   const std::string folder = dir_.File("gone");
   EXPECT_FALSE(WriteTextFile(ctx_, Request(folder + "/"), *missing).written);
-  EXPECT_TRUE(
-      missing->transcript().ends_with("message title=\"Error\" text=\"Unable to create "
-                                      "text file " +
-                                      folder + "/ACME.DBS\"\n"))
+  EXPECT_TRUE(missing->transcript().ends_with(
+      "message title=\"Error\" text=\"Unable to create "
+      "text file " +
+      testing::TranscriptText(JoinPath(folder, "ACME.DBS")) + "\"\n"))
       << missing->transcript();
 
   auto unknown = Script("");

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -61,11 +62,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       Check(after.count(id) == 1 && after[id] == value);
     }
   }
+  // A delete takes the first matching section only; a second one comes to light.
+  auto copies_of_target = [&target](const std::vector<std::string>& names) {
+    return std::count_if(names.begin(), names.end(), [&target](const std::string& name) {
+      return nv::AsciiUpper(name) == nv::AsciiUpper(target);
+    });
+  };
+  const auto copies = copies_of_target(sections);
   nv::ProfileText removed = text;
   static_cast<void>(removed.RemoveSection(target));
-  for (const std::string& s : removed.Sections())
-    Check(nv::AsciiUpper(s) != nv::AsciiUpper(target));
-  Check(!removed.Find(target, "FuzzKey").has_value());
+  Check(copies_of_target(removed.Sections()) == (copies > 0 ? copies - 1 : 0));
+  if (copies <= 1) Check(!removed.Find(target, "FuzzKey").has_value());
+  // Entries named FuzzKey already in the section: the write replaces the first, a delete
+  // takes that one, and the next would show.
+  const std::vector<std::string> keys = text.Keys(target);
+  const bool fuzz_key_there = std::any_of(keys.begin(), keys.end(), [](const std::string& key) {
+    return nv::AsciiUpper(key) == "FUZZKEY";
+  });
 
   // The same through a file on disk.
   std::string file = nv::fuzzing::ScratchFolder("profile") + "fuzz.ini";
@@ -78,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (nv::WriteProfileString(file, target, "FuzzKey", "\"quoted\"")) {
     Check(nv::ReadProfileString(file, target, "FUZZKEY", "none") == "quoted");
     Check(nv::DeleteProfileKey(file, target, "fuzzkey"));
-    Check(nv::ReadProfileString(file, target, "FuzzKey", "none") == "none");
+    if (!fuzz_key_there) Check(nv::ReadProfileString(file, target, "FuzzKey", "none") == "none");
   }
   Check(nv::DeleteProfileSection(file, target));
   unlink(file.c_str());

@@ -3,7 +3,8 @@
 set -euo pipefail
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev clang-format
           qt6-base-dev libgl-dev libgtest-dev libgmock-dev libbenchmark-dev
-          libsqlite3-dev nlohmann-json3-dev xvfb xauth zbar-tools)
+          libsqlite3-dev nlohmann-json3-dev xvfb xauth zbar-tools
+          g++-mingw-w64-x86-64-posix googletest wine wine64)
 # Wanted without their recommendations: LibreOffice Calc only opens the export files in
 # a test, headless, and its recommended packages are many times its own size.
 lean_packages=(libreoffice-calc)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the normal and the sanitizer configuration,
-# and runs every test in both. Also replays each fuzz target over its corpus.
+# and runs every test in both. Also replays each fuzz target over its corpus, and builds
+# the Windows programs and runs their tests under wine (scripts/windows.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -15,3 +16,4 @@ done
 bash scripts/fuzz.sh replay
 ctest --preset default -j "$jobs"
 ctest --preset sanitize -j "$jobs"
+bash scripts/windows.sh

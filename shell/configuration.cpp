@@ -10,6 +10,7 @@
 #include "base/comma_text.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "store/company/master_file.h"
 
@@ -57,8 +58,7 @@ void ParseCurrentSlot(const std::string& text, NvConfiguration* config) {
 }
 
 std::string AsDataPath(std::string path) {
-  if (!path.empty() && path.back() != '/') path += '/';
-  return path;
+  return WithTrailingSeparator(std::move(path));
 }
 
 struct TerminalMatch {

@@ -1,11 +1,11 @@
 #include "shell/hand_off.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <thread>
+
+#include "shell/shell_testing.h"
 
 namespace nv {
 namespace {
@@ -33,7 +33,7 @@ class SlowPipe {
  public:
   SlowPipe(std::string bytes, std::vector<size_t> pieces, bool close_after = true) {
     int fds[2];
-    EXPECT_EQ(::pipe(fds), 0);
+    EXPECT_EQ(testing::MakePipe(fds), 0);
     read_fd_ = fds[0];
     write_fd_ = fds[1];
     writer_ =

@@ -7,6 +7,11 @@
 #include <iostream>
 #include <memory>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+#include "base/path.h"
 #include "base/str_format.h"
 #include "shell/hand_off.h"
 #include "shell/main_commands.h"
@@ -88,18 +93,32 @@ int RunScriptedProgram(int argc, const char* const* argv, int stdin_fd,
   return ui->failed() ? kScriptFailedExitCode : 0;
 }
 
+namespace {
+
+// The path of this program's executable; "" when it cannot be told.
+std::string ProgramPath() {
+#ifdef _WIN32
+  char buffer[MAX_PATH * 2];
+  const DWORD n = ::GetModuleFileNameA(nullptr, buffer, sizeof buffer);
+  return n > 0 && n < sizeof buffer ? std::string(buffer, n) : std::string();
+#else
+  std::error_code ec;
+  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ec);
+  return ec ? std::string() : program.string();
+#endif
+}
+
+}  // namespace
+
 std::string InstallationFolder() {
   std::string folder;
   if (const char* override_dir = std::getenv("NV_INSTALL_DIR"); override_dir && *override_dir) {
     folder = override_dir;
   } else {
-    std::error_code ec;
-    std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ec);
-    if (!ec) folder = program.parent_path().string();
+    folder = ParentFolder(ProgramPath());
   }
   if (folder.empty()) folder = ".";
-  if (folder.back() != '/') folder.push_back('/');
-  return folder;
+  return WithTrailingSeparator(std::move(folder));
 }
 
 }  // namespace nv

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>
 
+#include "base/path.h"
 #include "shell/configuration.h"
 #include "shell/hand_off.h"
 #include "shell/shell_testing.h"
@@ -38,7 +38,7 @@ class ScriptedProgramTest : public ::testing::Test {
   int Run(std::vector<const char*> argv, const std::string& script, int lines = 10) {
     WriteFile(dir_ / "answers.txt", script);
     int fds[2];
-    EXPECT_EQ(::pipe(fds), 0);
+    EXPECT_EQ(testing::MakePipe(fds), 0);
     std::string input;
     for (int i = 1; i <= lines; ++i) input += i == 4 ? "ABC\n" : "line " + std::to_string(i) + "\n";
     input[0] = 'P';  // product name "Pine 5"
@@ -155,15 +155,19 @@ TEST_F(ScriptedProgramTest, BrokenScriptEndsWithThreeBeforeAnythingHappens) {
 TEST(InstallationFolder, EnvironmentOverridesTheProgramFolder) {
   const char* old = ::getenv("NV_INSTALL_DIR");
   std::string saved = old ? old : "";
-  ::unsetenv("NV_INSTALL_DIR");
+  testing::SetEnvironment("NV_INSTALL_DIR", nullptr);
   std::string own = InstallationFolder();
-  EXPECT_EQ(own.back(), '/');
+  EXPECT_TRUE(IsPathSeparator(own.back()));
+#ifdef _WIN32
+  EXPECT_TRUE(std::filesystem::exists(own + "nv_shell_tests.exe")) << own;
+#else
   EXPECT_TRUE(std::filesystem::exists(own + "nv_shell_tests")) << own;
-  ::setenv("NV_INSTALL_DIR", "/opt/nv", 1);
+#endif
+  testing::SetEnvironment("NV_INSTALL_DIR", "/opt/nv");
+  EXPECT_EQ(InstallationFolder(), "/opt/nv" + std::string(1, kPathSeparator));
+  testing::SetEnvironment("NV_INSTALL_DIR", "/opt/nv/");
   EXPECT_EQ(InstallationFolder(), "/opt/nv/");
-  ::setenv("NV_INSTALL_DIR", "/opt/nv/", 1);
-  EXPECT_EQ(InstallationFolder(), "/opt/nv/");
-  old ? ::setenv("NV_INSTALL_DIR", saved.c_str(), 1) : ::unsetenv("NV_INSTALL_DIR");
+  testing::SetEnvironment("NV_INSTALL_DIR", old ? saved.c_str() : nullptr);
 }
 
 }  // namespace

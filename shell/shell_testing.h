@@ -8,6 +8,12 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 #include <filesystem>
 #include <fstream>
@@ -15,19 +21,38 @@
 #include <string>
 #include <vector>
 
+#include "base/path.h"
+#include "base/temp_dir_testing.h"
 #include "base/ui.h"
 
 namespace nv::testing {
+
+// A pipe as two descriptors, read end first; 0 on success.
+inline int MakePipe(int fds[2]) {
+#ifdef _WIN32
+  return ::_pipe(fds, 65536, _O_BINARY);
+#else
+  return ::pipe(fds);
+#endif
+}
+
+// Sets an environment variable, or removes it when value is null.
+inline void SetEnvironment(const char* name, const char* value) {
+#ifdef _WIN32
+  ::_putenv_s(name, value != nullptr ? value : "");
+#else
+  value != nullptr ? ::setenv(name, value, 1) : ::unsetenv(name);
+#endif
+}
 
 // A fresh folder under /tmp, removed with everything in it at the end of the test. path()
 // ends with the separator, as installation folders and data paths do.
 class TempFolder {
  public:
   TempFolder() {
-    char pattern[] = "/tmp/nv_shell_XXXXXX";
-    const char* made = ::mkdtemp(pattern);
-    EXPECT_NE(made, nullptr);
-    path_ = std::string(made ? made : "/tmp") + "/";
+    path_ = MakeTempFolder("nv_shell_");
+    EXPECT_FALSE(path_.empty());
+    path_ = WithTrailingSeparator(path_);
   }
   ~TempFolder() {
     std::error_code ec;

@@ -6,6 +6,7 @@
 #include "base/comma_text.h"
 #include "base/date.h"
 #include "base/log_font.h"
+#include "base/path.h"
 #include "base/profile.h"
 #include "shell/configuration.h"
 #include "shell/user_name.h"
@@ -14,8 +15,7 @@ namespace nv {
 namespace {
 
 std::string WithSeparator(std::string folder) {
-  if (!folder.empty() && folder.back() != '/') folder += '/';
-  return folder;
+  return WithTrailingSeparator(std::move(folder));
 }
 
 }  // namespace

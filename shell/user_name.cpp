@@ -1,13 +1,32 @@
 #include "shell/user_name.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <pwd.h>
 #include <unistd.h>
+#endif
 
 #include <cstdlib>
 
 namespace nv {
 namespace {
 
+#ifdef _WIN32
+std::string ComputerName() {
+  char buffer[kComputerNameBuffer] = {};
+  DWORD size = sizeof buffer;
+  if (!::GetComputerNameA(buffer, &size) || buffer[0] == '\0') return kSingleUserName;
+  return buffer;
+}
+
+std::string LoginName() {
+  char buffer[kLoginNameBuffer] = {};
+  DWORD size = sizeof buffer;
+  if (!::GetUserNameA(buffer, &size) || buffer[0] == '\0') return kSingleUserName;
+  return buffer;
+}
+#else
 std::string ComputerName() {
   char buffer[256] = {};
   if (::gethostname(buffer, sizeof buffer - 1) != 0 || buffer[0] == '\0') return kSingleUserName;
@@ -27,6 +46,7 @@ std::string LoginName() {
   if (name.size() > kLoginNameBuffer - 1) name.resize(kLoginNameBuffer - 1);
   return name;
 }
+#endif
 
 }  // namespace
 

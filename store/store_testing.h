@@ -2,9 +2,11 @@
 // that tests compare the files' bytes with bytes written out by hand.
 #pragma once
 
+#ifndef _WIN32
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/resource.h>
+#endif
 
 #include <algorithm>
 #include <cstdint>
@@ -85,6 +87,7 @@ class ByteBuilder {
   Bytes bytes_;
 };
 
+#ifndef _WIN32  // Windows has no per-process file size limit to stand in for a full disk
 // While it lives, no file of this process can grow past `bytes`: a write there fails as on
 // a full disk, and writes below it succeed. Keep its scope to the call under test, as it
 // holds for every file the process writes.
@@ -109,5 +112,7 @@ class FilesCannotGrowPast {
   rlimit saved_{};
   sighandler_t saved_handler_ = SIG_DFL;
 };
+
+#endif
 
 }  // namespace nv::testing

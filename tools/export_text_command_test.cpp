@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "base/path.h"
 #include "base/temp_dir_testing.h"
 #include "store/company/asset_testing.h"
 #include "store/file/block_chain.h"
@@ -89,7 +90,7 @@ TEST_F(ExportTextCommandTest, ErrorsAreOneLineAndUsageErrorsStatusTwo) {
   EXPECT_EQ(
       RunNvtool({"export-text", dir_.path(), "NOPE", dir_.File("x"), "--type", "tab"}, out, err),
       1);
-  EXPECT_EQ(err.str(), "nvtool: no company NOPE in " + dir_.path() + "/\n");
+  EXPECT_EQ(err.str(), "nvtool: no company NOPE in " + WithTrailingSeparator(dir_.path()) + "\n");
 
   out_file_ = dir_.File("acme.csv");
   for (const auto& [args, first_line] :

@@ -1,6 +1,7 @@
 #include "tools/nvtool_context.h"
 
 #include "base/file.h"
+#include "base/path.h"
 #include "shell/user_name.h"
 #include "store/company/master_file.h"
 
@@ -8,8 +9,7 @@ namespace nv {
 
 InstallationContext ToolContext(const std::string& folder) {
   InstallationContext ctx;
-  std::string dir = folder;
-  if (dir.empty() || dir.back() != '/') dir += '/';
+  std::string dir = folder.empty() ? std::string(1, kPathSeparator) : WithTrailingSeparator(folder);
   ctx.installation_folder = dir;
   ctx.current.slot.data_path = dir;
   ctx.run.product_name = "NORVANE";
@@ -25,7 +25,7 @@ InstallationContext ToolContext(const std::string& folder) {
 
 std::optional<std::string> DataFolderProblem(const InstallationContext& ctx) {
   std::string data = ctx.data_directory();
-  while (data.size() > 1 && data.back() == '/') data.pop_back();
+  while (data.size() > 1 && IsPathSeparator(data.back())) data.pop_back();
   if (!PathExists(data)) return "the folder " + data + " does not exist";
   if (!IsFolder(data)) return data + " is not a folder";
   return std::nullopt;

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/file_util.h"
+#include "base/path.h"
 #include "base/temp_dir_testing.h"
 #include "store/codes/account_groups.h"
 #include "store/company/master_file.h"
@@ -170,7 +171,7 @@ TEST_F(NvtoolTest, LoadReportsRefusedAssets) {
 TEST_F(NvtoolTest, ErrorsAreOneLineAndAFailingStatus) {
   ToolRun none = Nvtool({"check", dir_.path(), "NOPE"});
   EXPECT_EQ(none.status, 1);
-  EXPECT_EQ(none.err, "nvtool: no company NOPE in " + dir_.path() + "/\n");
+  EXPECT_EQ(none.err, "nvtool: no company NOPE in " + WithTrailingSeparator(dir_.path()) + "\n");
 
   Write("BAD.A", std::string(145, 'x'));
   ToolRun bad = Nvtool({"dump", dir_.path(), "BAD"});
@@ -306,7 +307,7 @@ TEST_F(NvtoolTest, LoadSaysWhyACompanyCannotBeCreated) {
   ToolRun refused = Nvtool({"load", dir_.path(), "ACME", doc});
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(refused.err, "nvtool: cannot create company ACME: its files cannot be written in " +
-                             dir_.path() + "/ (status -52)\n");
+                             WithTrailingSeparator(dir_.path()) + " (status -52)\n");
 }
 
 TEST_F(NvtoolTest, CheckFindsADamagedIndex) {

@@ -6,6 +6,7 @@
 #include "base/comma_text.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "store/company/master_file.h"
 
@@ -53,9 +54,7 @@ RenumberResult ChangeCompanyNumber(const InstallationContext& context, NvCompany
     return RenumberResult::kFailed;
   }
   if (context.current.subfolders) {
-    std::string data = context.data_directory();
-    if (!data.empty() && data.back() != '/') data += '/';
-    new_folder = data + new_number + ".clt/";
+    new_folder = WithTrailingSeparator(JoinPath(context.data_directory(), new_number + ".clt"));
     if (!MakeDirectories(new_folder)) {
       ui.Message(kSubfolderFailedMessage, "Error");
       return RenumberResult::kFailed;

@@ -119,7 +119,8 @@ TEST(PermissionsDialogModel, RemoveAsksWithDefaultNo) {
 std::map<std::string, std::string> Snapshot(const std::string& folder) {
   std::map<std::string, std::string> files;
   for (const auto& entry : std::filesystem::directory_iterator(folder))
-    files[entry.path().filename()] = ReadFileBytes(entry.path()).value_or("<unreadable>");
+    files[entry.path().filename().string()] =
+        ReadFileBytes(entry.path().string()).value_or("<unreadable>");
   return files;
 }
 

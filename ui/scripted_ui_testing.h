@@ -12,6 +12,16 @@
 
 namespace nv::testing {
 
+// Text as a transcript shows it: backslashes (in Windows paths) doubled.
+inline std::string TranscriptText(std::string_view text) {
+  std::string out;
+  for (char c : text) {
+    out += c;
+    if (c == '\\') out += c;
+  }
+  return out;
+}
+
 inline std::unique_ptr<ScriptedUi> Script(std::string_view text) {
   std::string errors;
   auto ui = ScriptedUi::FromString(text, &errors);

@@ -3,6 +3,7 @@
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "store/company/company.h"
 #include "store/company/master_file.h"
@@ -36,18 +37,11 @@ FieldDescription Label(int row, int column, const char* text) {
                    text);
 }
 
-// The folder that holds `folder` ("" when it has none).
-std::string ParentFolder(const std::string& folder) {
-  const size_t slash = folder.find_last_of('/');
-  if (slash == std::string::npos) return std::string();
-  return slash == 0 ? std::string("/") : folder.substr(0, slash);
-}
-
 }  // namespace
 
 std::string TextFileFolder(std::string_view typed) {
   std::string folder(TrimBlanks(typed));
-  while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+  while (folder.size() > 1 && IsPathSeparator(folder.back())) folder.pop_back();
   return folder;
 }
 

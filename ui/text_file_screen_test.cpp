@@ -81,7 +81,8 @@ TEST_F(TextFileScreenTest, AMissingFolderIsMadeOnlyWhenTheUserAgrees) {
             question + " -> no\n" + question + " -> yes\n" + question + " -> yes\n" +
                 "message title=\"Message\" text=\"Unable to create folder copied to.  Parent "
                 "folder:\\n" +
-                Out() + "/a\\nMust exist before you can create this folder.\"\n");
+                testing::TranscriptText(Out() + "/a") +
+                "\\nMust exist before you can create this folder.\"\n");
 }
 
 TEST_F(TextFileScreenTest, AFileThereIsReplacedOnlyWhenTheUserAgrees) {

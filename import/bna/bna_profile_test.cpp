@@ -88,8 +88,7 @@ TEST_F(BnaProfileTest, LowerCaseNocopyIsWrittenBackInCapitals) {
   EXPECT_EQ(Contents("my.imp"),
             "[conversion definitions]\r\n"
             "Description=NOCOPY,B,ENTIRE,0,\r\n"
-            "\r\n"  // a new section is set off by an empty line
-            "[Parameters]\r\n"
+            "[Parameters]\r\n"  // right after the last line, as the system writes it
             "Data CheckBoxes=*GT\r\n"
             "source file=\r\n"
             "file type=CSV\r\n");

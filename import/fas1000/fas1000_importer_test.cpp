@@ -259,7 +259,9 @@ TEST_F(Fas1000ImportTest, WithoutCmpsetupAllFiveBooksAreMadeAfterANote) {
 
 TEST_F(Fas1000ImportTest, TheSourceIsCheckedBeforeAnythingElse) {
   Put("company.saf", CompanySaf("Lower case", false));
+#ifndef _WIN32  // on Windows both spellings are the one file just written
   std::filesystem::remove(folder_ + "COMPANY.SAF");
+#endif
   Run("file " + folder_ + "company.saf\ntext ACME\nsave\nyes\nok\n");
   EXPECT_FALSE(failed_) << "the name compares ignoring case: " << transcript_;
   EXPECT_TRUE(Shown("name=\"Lower case\""));

@@ -5,6 +5,7 @@
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "store/asset/asset.h"
 #include "store/company/master_file.h"
@@ -81,7 +82,8 @@ std::string ImportReportPath(const InstallationContext& context, std::string_vie
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  const std::string folder = context.data_directory() + kImportReportFolder + "/";
+  const std::string folder =
+      WithTrailingSeparator(JoinPath(context.data_directory(), kImportReportFolder));
   const std::string stem =
       std::string(number) + StrPrintf("-%04d%02d%02d-%02d%02d%02d", local.tm_year + 1900,
                                       local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,

@@ -197,14 +197,15 @@ TEST_F(MbaImporterTest, AFileWithoutAssetLinesOrNoFileAtAllIsToldAndNothingIsMad
   WriteText(empty, "\r\n   \r\n");
   ImportResult result = Run("file " + empty + "\n");
   EXPECT_EQ(result.outcome, ImportOutcome::kEnded);
-  EXPECT_TRUE(Has("message title=\"Error\" text=\"The file " + empty +
+  EXPECT_TRUE(Has("message title=\"Error\" text=\"The file " + testing::TranscriptText(empty) +
                   "\\nholds no asset lines.  Choose the text file\\nthat MBA Software exported.\""))
       << transcript_;
   EXPECT_FALSE(Has("entry ")) << "no company number is asked for";
 
   const std::string missing = dir_.path() + "/missing.txt";
   Run("file " + missing + "\n");
-  EXPECT_TRUE(Has("message title=\"Error\" text=\"Unable to read the MBA file\\n" + missing + "\""))
+  EXPECT_TRUE(Has("message title=\"Error\" text=\"Unable to read the MBA file\\n" +
+                  testing::TranscriptText(missing) + "\""))
       << transcript_;
   EXPECT_FALSE(PathExists(dir_.path() + "/MASTER.A"));
 }

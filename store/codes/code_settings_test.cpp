@@ -32,7 +32,7 @@ TEST_F(CodeSettingsTest, PropertyCodesReadInKeyOrderAndRewriteTheSection) {
 
   ASSERT_TRUE(SavePropertyCodes(settings_, {{"P1", "Personal"}, {"  ", "no code"}, {"A2", ""}}));
   EXPECT_EQ(testing::ReadText(settings_),
-            "[Misc]\r\nSingleUserUP=no\r\n[Other]\r\nk=v\r\n\r\n"
+            "[Misc]\r\nSingleUserUP=no\r\n[Other]\r\nk=v\r\n"
             "[Property Codes]\r\nP1=Personal\r\nA2=\r\n");
   ASSERT_EQ(LoadPropertyCodes(settings_, &codes), 2);
   EXPECT_EQ(codes, (PropertyCodeList{{"P1", "Personal"}, {"A2", ""}}));
@@ -49,7 +49,7 @@ TEST_F(CodeSettingsTest, UserFieldValuesUseNumberedKeysAndCutTo34) {
 
   ASSERT_TRUE(SaveUserFieldValues(settings_, 3, {"Green", "", "Blue"}));
   EXPECT_EQ(testing::ReadText(settings_),
-            "[User Field 10]\r\nUF01=Ten\r\n\r\n[User Field 3]\r\nUF01=Green\r\nUF02=Blue\r\n");
+            "[User Field 10]\r\nUF01=Ten\r\n[User Field 3]\r\nUF01=Green\r\nUF02=Blue\r\n");
   EXPECT_FALSE(SaveUserFieldValues(settings_, 11, {"x"}));
   EXPECT_EQ(LoadUserFieldValues(settings_, 0, &values), 0);
 }

@@ -31,6 +31,7 @@
 
 #include "base/date.h"
 #include "base/file.h"
+#include "base/str_format.h"
 #include "store/asset/asset_no_format.h"
 #include "store/company/company.h"
 #include "store/company/company_record.h"
@@ -96,7 +97,7 @@ class NvLogger {
   // Formats the text (cut to kMaxLogTextLength) and writes a line. False when the file
   // could not be opened or written.
   [[nodiscard]] bool Write(std::optional<char> letter, const char* format, ...)
-      __attribute__((format(printf, 3, 4)));
+      NV_PRINTF_FORMAT(3, 4);
 
   // Change texts, for values trimmed of blanks at both ends; a blank value counts as none:
   //   both values, different: "%s changed from <%s> to <%s>"

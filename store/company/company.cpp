@@ -8,6 +8,7 @@
 #include "base/comma_text.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/path.h"
 #include "store/company/master_file.h"
 #include "store/company/permissions.h"
 #include "store/file/block_chain.h"
@@ -34,8 +35,7 @@ constexpr char kBackupFolderFailed[] = "Unable to create folder\n%s";
 constexpr char kBackupCopyFailed[] = "Unable to copy file %s.\nCompany backup aborted.";
 
 std::string WithSeparator(std::string folder) {
-  if (!folder.empty() && folder.back() != '/') folder += '/';
-  return folder;
+  return WithTrailingSeparator(std::move(folder));
 }
 
 // True when `path` is a file (not a folder) that opens in the given mode.

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "base/file.h"
 #include "store/asset/asset_keys.h"
 #include "store/asset/asset_record.h"
 #include "store/company/asset_testing.h"
@@ -186,11 +187,10 @@ TEST_F(CompanyAssetsTest, InterruptedRunIsRepairedOnTheNextOpen) {
   // The run dies: nothing is closed, the marker stays, the counters on disk are stale.
   const std::string marker = company_.FilePath(kChangingMarkerExtension);
   EXPECT_TRUE(std::filesystem::exists(marker));
-  std::filesystem::copy_file(company_.FilePath("A"), dir_.File("saved.A"));
-  std::filesystem::copy_file(company_.FilePath("I1"), dir_.File("saved.I1"));
+  ASSERT_TRUE(CopyFileBytes(company_.FilePath("A"), dir_.File("saved.A")));
+  ASSERT_TRUE(CopyFileBytes(company_.FilePath("I1"), dir_.File("saved.I1")));
   EXPECT_EQ(company_.Close(), 0);
-  std::filesystem::copy_file(dir_.File("saved.A"), company_.FilePath("A"),
-                             std::filesystem::copy_options::overwrite_existing);
+  ASSERT_TRUE(CopyFileBytes(dir_.File("saved.A"), company_.FilePath("A")));
   // The index as it stood before the last few splits: the rebuild does not need it.
   testing::WriteAll(company_.FilePath("I1"), testing::Bytes(55, 0));
   testing::WriteAll(marker, {});

@@ -6,6 +6,7 @@
 
 #include "base/ascii.h"
 #include "base/file.h"
+#include "base/path.h"
 #include "base/str_format.h"
 
 namespace nv {
@@ -76,9 +77,7 @@ std::string FormatLockLine(std::string_view user_name, const LockTime& when) {
 }
 
 std::string CompanyLockPath(std::string_view folder, std::string_view number) {
-  std::string path(folder);
-  if (!path.empty() && path.back() != '/') path += '/';
-  path += number;
+  std::string path = JoinPath(folder, number);
   path += ".LOK";
   return path;
 }

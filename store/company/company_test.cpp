@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/coding.h"
+#include "base/path.h"
 #include "store/company/asset_testing.h"
 #include "store/company/company_check.h"
 #include "store/company/master_file.h"
@@ -17,6 +18,13 @@
 
 namespace nv {
 namespace {
+
+// A path as the transcript shows it, backslashes doubled.
+std::string Escaped(const std::string& path) {
+  std::string out;
+  for (char c : path) out += c == '\\' ? std::string("\\\\") : std::string(1, c);
+  return out;
+}
 
 using testing::Bytes;
 using testing::ReadAll;
@@ -228,7 +236,7 @@ TEST_F(OldCompanyTest, BackupThenRewriteInTheCurrentLayout) {
       "NORVANE\\nwill make it impossible for versions prior to version 3.0 to open this "
       "company.\\n\\nWe recommend that you create a backup copy of this company's files. "
       "\\nNORVANE can create a backup copy in folder\\n  " +
-      backup +
+      Escaped(backup) +
       "\\nWould you like NORVANE to create this backup copy?\" buttons=[\"&Yes\", \"&No\", "
       "\"Cancel\"] default=\"&Yes\" -> yes\n";
   EXPECT_EQ(ui->transcript(), question);
@@ -343,7 +351,7 @@ TEST_F(CompanyTest, SubfoldersDeleteAndNumbers) {
   ASSERT_EQ(WriteMasterFile(ctx_.data_directory(), master), MasterFileStatus::kOk);
   ASSERT_EQ(CreateCompany("ACME", SmallRecord()), 0);
   EXPECT_TRUE(std::filesystem::exists(File("ACME.CLT/ACME.A")));
-  EXPECT_EQ(CompanyFolder(ctx_, "acme"), File("ACME.CLT/"));
+  EXPECT_EQ(CompanyFolder(ctx_, "acme"), WithTrailingSeparator(File("ACME.CLT")));
 
   EXPECT_TRUE(DeleteCompanyFiles(ctx_, "acme"));
   EXPECT_FALSE(std::filesystem::exists(File("ACME.CLT")));

@@ -235,6 +235,9 @@ TEST(BTreeFileHeader, WrittenThroughWhenItChanges) {
 // nodes (none of them, or only the first), the insert fails and the tree stays as it was,
 // in memory and in the file.
 TEST(BTreeFile, FailedRootSplitLeavesTheTreeAsItWas) {
+#ifdef _WIN32
+  GTEST_SKIP() << "needs a file size limit to make writes fail; Windows has none";
+#else
   const std::vector<std::string> keys = {"     1.01", "     2.01", "     3.01"};
   for (size_t room : {size_t{0}, kNode}) {
     SCOPED_TRACE(room);
@@ -269,6 +272,7 @@ TEST(BTreeFile, FailedRootSplitLeavesTheTreeAsItWas) {
     EXPECT_TRUE(check.problems.empty()) << check.problems[0];
     EXPECT_EQ(check.keys, 4u);
   }
+#endif
 }
 
 TEST(BTreeFile, FindThenStepBothWaysAndFromAGap) {

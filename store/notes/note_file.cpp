@@ -11,6 +11,7 @@
 #include "base/ascii.h"
 #include "base/coding.h"
 #include "base/lock_file.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "store/file/status.h"
 
@@ -285,13 +286,12 @@ std::optional<std::string> AttachmentPath(const Note& note, std::string_view com
   std::string_view name = text.substr(kPrefix.size());
   name = TrimBlanks(name.substr(0, name.find('>')));
   // The picture must lie in the company's image folder, not beside or above it.
-  if (name.empty() || name == "." || name == ".." || name.find_first_of("/\\") != name.npos) {
+  // Both separators are refused everywhere, and a drive's colon too ("C:x").
+  if (name.empty() || name == "." || name == ".." || name.find_first_of("/\\:") != name.npos) {
     return std::nullopt;
   }
-  // "%s%s.img/%s": company folder, company number, name.
-  std::string path(company_folder);
-  path.append(company_number).append(".img/").append(name);
-  return path;
+  // "%s%s.img\\%s": company folder, company number, name.
+  return JoinPath(std::string(company_folder) + std::string(company_number) + ".img", name);
 }
 
 std::string FormatNoteTimeStamp(const Note& note) {

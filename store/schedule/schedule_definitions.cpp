@@ -5,6 +5,7 @@
 
 #include "base/ascii.h"
 #include "base/file_util.h"
+#include "base/path.h"
 #include "base/profile.h"
 #include "base/str_format.h"
 
@@ -213,9 +214,7 @@ std::string InstallationSettingsPath(const InstallationContext& context) {
   if (std::optional<std::string> found = FindFileIgnoringCase(folder, "KELNVWIN.INI")) {
     return *found;
   }
-  std::string path = folder;
-  if (!path.empty() && path.back() != '/') path += '/';
-  return path + "KELNVWIN.INI";
+  return JoinPath(folder, "KELNVWIN.INI");
 }
 
 std::optional<ScheduleDefinition> LookupScheduleDefinition(const CompanySchedules& company,

@@ -45,11 +45,10 @@ TEST(ScheduleDefinitionsTest, UnmatchedCompanyScheduleIsWrittenToTheCompanyFile)
 TEST(ScheduleDefinitionsTest, ThisCompanyDefinitionOfAnotherTypeTakesTheEntrysType) {
   ScheduleTestCompany t;
   t.AddSchedule('T', "A", "Tax entry");
-  t.PutSettings("[Misc]\r\nSingleUserUP=yes\r\n\r\n[Schedule Definitions]\r\nT=B,My Tax\r\n");
+  t.PutSettings("[Misc]\r\nSingleUserUP=yes\r\n[Schedule Definitions]\r\nT=B,My Tax\r\n");
   ScheduleDefinitionList list = LoadScheduleDefinitions(t.company(), kAllScheduleSources);
   // Its description stays; only the type follows the company.
-  EXPECT_EQ(t.Settings(),
-            "[Misc]\r\nSingleUserUP=yes\r\n\r\n[Schedule Definitions]\r\nT=A,My Tax\r\n");
+  EXPECT_EQ(t.Settings(), "[Misc]\r\nSingleUserUP=yes\r\n[Schedule Definitions]\r\nT=A,My Tax\r\n");
   EXPECT_EQ(Rows(list), (Strings{"T T Tax 1", "B B Book 1*", "A A AMT 1*", "T A My Tax 4*",
                                  "C C ACE 1*", "S S State 1*", "O O Other 1*"}));
 }
@@ -146,10 +145,10 @@ TEST(ScheduleDefinitionsTest, SaveRewritesBothSectionsWithoutStandardDefinitions
   list.Add({'V', "NY", "New York", kThisCompanySource, true});
   ASSERT_TRUE(SaveScheduleDefinitions(t.company(), list));
   EXPECT_EQ(t.Settings(),
-            "[Misc]\r\nSingleUserUP=no\r\n\r\n[Schedule Definitions]\r\n"
+            "[Misc]\r\nSingleUserUP=no\r\n[Schedule Definitions]\r\n"
             "V=NY,New York\r\nX=CA,Calif\r\n");
   EXPECT_EQ(t.Installation(),
-            "[NV Parameters]\r\nConfiguration Locked=0\r\n\r\n"
+            "[NV Parameters]\r\nConfiguration Locked=0\r\n"
             "[Schedule Definitions]\r\nW=S,Wages\r\n");
   EXPECT_FALSE(WriteScheduleDefinition(t.company(), {'B', "B", "Book", kStandardSource, false}));
   EXPECT_FALSE(WriteScheduleDefinition(t.company(), {'[', "B", "Book", kThisCompanySource, false}));

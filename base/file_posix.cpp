@@ -34,12 +34,12 @@ File& File::operator=(File&& other) noexcept {
   if (this != &other) {
     static_cast<void>(Close());  // what it held is given up either way
     handle_ = other.handle_;
-    other.handle_ = -1;
+    other.handle_ = kNoHandle;
   }
   return *this;
 }
 
-std::optional<File> File::Open(const std::string& path, Mode mode, bool* missing) {
+std::optional<File> File::Open(const std::string& path, Mode mode, bool* missing, Sharing) {
   if (missing != nullptr) *missing = false;
   int fd;
   do {
@@ -61,7 +61,7 @@ std::optional<File> File::Open(const std::string& path, Mode mode, bool* missing
 bool File::ReadAt(uint64_t offset, void* buffer, size_t count) const {
   auto* out = static_cast<char*>(buffer);
   while (count > 0) {
-    const ssize_t n = ::pread(handle_, out, count, static_cast<off_t>(offset));
+    const ssize_t n = ::pread(fd(), out, count, static_cast<off_t>(offset));
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) return false;
     out += n;
@@ -75,7 +75,7 @@ int64_t File::ReadSomeAt(uint64_t offset, void* buffer, size_t count) const {
   auto* out = static_cast<char*>(buffer);
   size_t got = 0;
   while (got < count) {
-    const ssize_t n = ::pread(handle_, out + got, count - got, static_cast<off_t>(offset + got));
+    const ssize_t n = ::pread(fd(), out + got, count - got, static_cast<off_t>(offset + got));
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) return -1;
     if (n == 0) break;
@@ -87,7 +87,7 @@ int64_t File::ReadSomeAt(uint64_t offset, void* buffer, size_t count) const {
 bool File::WriteAt(uint64_t offset, const void* buffer, size_t count) {
   auto* in = static_cast<const char*>(buffer);
   while (count > 0) {
-    const ssize_t n = ::pwrite(handle_, in, count, static_cast<off_t>(offset));
+    const ssize_t n = ::pwrite(fd(), in, count, static_cast<off_t>(offset));
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) return false;
     in += n;
@@ -99,7 +99,7 @@ bool File::WriteAt(uint64_t offset, const void* buffer, size_t count) {
 
 bool File::Append(std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t n = ::write(handle_, bytes.data(), bytes.size());
+    const ssize_t n = ::write(fd(), bytes.data(), bytes.size());
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) return false;
     bytes.remove_prefix(static_cast<size_t>(n));
@@ -108,19 +108,19 @@ bool File::Append(std::string_view bytes) {
 }
 
 bool File::Sync() {
-  return handle_ >= 0 && ::fsync(handle_) == 0;
+  return is_open() && ::fsync(fd()) == 0;
 }
 
 std::optional<uint64_t> File::Size() const {
   struct stat st;
-  if (handle_ < 0 || ::fstat(handle_, &st) != 0 || st.st_size < 0) return std::nullopt;
+  if (!is_open() || ::fstat(fd(), &st) != 0 || st.st_size < 0) return std::nullopt;
   return static_cast<uint64_t>(st.st_size);
 }
 
 int File::Close() {
-  if (handle_ < 0) return 0;
-  const int rc = ::close(handle_);
-  handle_ = -1;
+  if (!is_open()) return 0;
+  const int rc = ::close(fd());
+  handle_ = kNoHandle;
   return rc == 0 ? 0 : -1;
 }
 

@@ -43,24 +43,26 @@ std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode,
     std::optional<File> file = File::Open(path, mode, missing);
     if (!file) return std::nullopt;
     struct flock lock = WholeFileLock(mode == File::Mode::kRead ? F_RDLCK : F_WRLCK);
-    if (::fcntl(file->handle(), F_OFD_SETLK, &lock) != 0) return std::nullopt;
+    const int fd = static_cast<int>(file->handle());
+    if (::fcntl(fd, F_OFD_SETLK, &lock) != 0) return std::nullopt;
     // Another process may have deleted or replaced the file between our open and our
     // lock; then the lock guards nothing and we try the file now at the path.
-    if (PathNamesDescriptor(path, file->handle())) return file;
+    if (PathNamesDescriptor(path, fd)) return file;
   }
   return std::nullopt;
 }
 
-LockFile::LockFile(LockFile&& other) noexcept : fd_(other.fd_), path_(std::move(other.path_)) {
-  other.fd_ = -1;
+LockFile::LockFile(LockFile&& other) noexcept
+    : handle_(other.handle_), path_(std::move(other.path_)) {
+  other.handle_ = File::kNoHandle;
 }
 
 LockFile& LockFile::operator=(LockFile&& other) noexcept {
   if (this != &other) {
     Release();
-    fd_ = other.fd_;
+    handle_ = other.handle_;
     path_ = std::move(other.path_);
-    other.fd_ = -1;
+    other.handle_ = File::kNoHandle;
   }
   return *this;
 }
@@ -79,7 +81,7 @@ LockStatus LockFile::TryAcquire(const std::string& path) {
       return LockStatus::kError;
     }
     if (PathNamesDescriptor(path, fd)) {
-      fd_ = fd;
+      handle_ = fd;
       path_ = path;
       return LockStatus::kAcquired;
     }
@@ -90,10 +92,11 @@ LockStatus LockFile::TryAcquire(const std::string& path) {
 
 bool LockFile::WriteContent(std::string_view text) {
   assert(held());
-  if (!held() || ::ftruncate(fd_, 0) != 0) return false;
+  const int fd = static_cast<int>(handle_);
+  if (!held() || ::ftruncate(fd, 0) != 0) return false;
   off_t offset = 0;
   while (!text.empty()) {
-    ssize_t n = ::pwrite(fd_, text.data(), text.size(), offset);
+    ssize_t n = ::pwrite(fd, text.data(), text.size(), offset);
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) return false;
     text.remove_prefix(static_cast<size_t>(n));
@@ -104,12 +107,12 @@ bool LockFile::WriteContent(std::string_view text) {
 
 bool LockFile::IsStale() const {
   assert(held());
-  return !held() || !PathNamesDescriptor(path_, fd_);
+  return !held() || !PathNamesDescriptor(path_, static_cast<int>(handle_));
 }
 
 void LockFile::Release() {
-  if (fd_ >= 0) ::close(fd_);
-  fd_ = -1;
+  if (held()) ::close(static_cast<int>(handle_));
+  handle_ = File::kNoHandle;
   path_.clear();
 }
 
