@@ -6,7 +6,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "gui/build_screen.h"
 #include "gui/display_text.h"
@@ -46,8 +48,12 @@ SelectionWindowDialog::SelectionWindowDialog(SelectionWindow& window, Ui& ui, QW
   FitCanvas(items);
   scroller_->setWidget(items);
   scroller_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  // As wide as a row with the scroll bar beside it, short of the saved selections.
   const QWidget* side = panel_->Control(SelectionWindow::kSavedListId);
-  const int width = side->x() - metrics.cw;
+  const int width =
+      std::min(items->minimumWidth() + style()->pixelMetric(QStyle::PM_ScrollBarExtent) +
+                   2 * scroller_->frameWidth(),
+               side->x() - metrics.cw);
   scroller_->setGeometry(0, kScrollerRow * metrics.lh, width, kScrollerLines * metrics.lh);
   scroller_->show();
   FitCanvas(canvas);

@@ -24,8 +24,8 @@ constexpr char kAllCompaniesMark[] = " (All Companies)";
 constexpr int kInUseColumn = 1;
 constexpr int kCaptionWidth = 28;
 constexpr int kExcludeColumn = 31;
-constexpr int kKindColumn = 36;
-constexpr int kEntryColumn = 41;
+constexpr int kKindColumn = 39;
+constexpr int kEntryColumn = 44;
 
 const SelectionField& FieldOf(int field) {
   return SelectionFields()[static_cast<size_t>(field)];
@@ -464,7 +464,7 @@ void SelectionWindow::BuildRows() {
     rows_.push_back(MakeField(kFieldItem, RowId(field, kExcludePart), row, kExcludeColumn, 2));
     FieldDescription kind =
         MakeField(kFieldButton, RowId(field, kKindPart), row, kKindColumn, 3,
-                  std::string(1, KindLetter(field)), "msg(What the criterion takes)");
+                  std::string(1, KindLetter(field)), "height(1),msg(What the criterion takes)");
     kind.check = [this, field](FieldTable&, size_t, const std::string&) {
       ShowKindNote(field);
       return true;
@@ -494,11 +494,11 @@ void SelectionWindow::BuildPanel() {
     return SetSchedule(text);
   };
   panel_.push_back(std::move(schedule));
-  panel_.push_back(Static(0, 1, kExcludeColumn - 1, "Exclude"));
+  panel_.push_back(Static(0, 1, kExcludeColumn - 2, "Exclude"));
   panel_.push_back(Static(0, 1, kKindColumn - 1, "Range/"));
   panel_.push_back(Static(0, 2, kKindColumn - 1, "Value"));
 
-  constexpr int kSideColumn = kEntryColumn + 36;
+  constexpr int kSideColumn = kEntryColumn + 39;
   panel_.push_back(Static(0, 0, kSideColumn, "Saved Selections"));
   FieldDescription list = MakeField(kFieldList, kSavedListId, 1, kSideColumn, 26, {}, "height(12)");
   list.check = [this](FieldTable&, size_t, const std::string& text) {

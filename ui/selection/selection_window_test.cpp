@@ -280,6 +280,42 @@ TEST(SelectAssetsTest, CancelKeepsTheSelectionAndOkHandsOverTheSchedulesCriteria
 namespace nv {
 namespace {
 
+// One run of the window from an answers script: each line is written before the prompts it
+// raises, and the scanned code given twice is kept once.
+TEST_F(SelectionWindowTest, ScriptDrivesTheWindowLineByLine) {
+  auto ui = Script(
+      "pick Location\nchoose 1\nexclude location\nsave-as Mine\nsave-all Ours\n"
+      "delete Mine\nyes\nload Ours (All Companies)\nscan A1,B2,A1\nok\n");
+  SelectionWindow w(*ui, setup_, KelSelection{}, "Export");
+  EXPECT_TRUE(ui->RunSelectionWindow(w));
+  EXPECT_FALSE(ui->failed()) << ui->transcript();
+  EXPECT_EQ(ui->answers_left(), 0u);
+  EXPECT_EQ(Criterion(w, kSelAssetNumber), "A1,B2");
+  EXPECT_FALSE(w.selection().criteria[kSelLocation].in_use);
+  EXPECT_EQ(Stored(false, "Mine"), "");
+  EXPECT_EQ(Stored(true, "Ours"), "Schedule B;!Location:02;");
+  const std::string t = ui->transcript();
+  const std::vector<std::string> in_order = {
+      "selection-window title=\"Export\" schedule=\"B-Book\"",
+      "selection-window -> pick \"Location\"",
+      "choice title=\"Location\"",
+      "selection-window -> delete \"Mine\"",
+      "question title=\"Question\" text=\"Delete Current Asset Selection(Mine)?\"",
+      "selection-window -> ok",
+      "selection-window closed criteria=[\"Asset Number\"=\"A1,B2\"] schedule=\"B-Book\""};
+  size_t at = 0;
+  for (const std::string& line : in_order) {
+    at = t.find(line, at);
+    ASSERT_NE(at, std::string::npos) << line << "\n" << t;
+  }
+
+  // A name the list does not have fails the run and closes the window.
+  auto lost = Script("load Nobody\nok\n");
+  SelectionWindow again(*lost, setup_, KelSelection{}, "");
+  EXPECT_FALSE(lost->RunSelectionWindow(again));
+  EXPECT_TRUE(lost->failed());
+}
+
 TEST(SelectionScriptTest, SelectionLinesNameFieldsOfTheTable) {
   std::vector<ScriptError> errors;
   EXPECT_TRUE(
