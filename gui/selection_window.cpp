@@ -62,6 +62,16 @@ SelectionWindowDialog::SelectionWindowDialog(SelectionWindow& window, Ui& ui, QW
   layout->addWidget(canvas);
   layout->setSizeConstraint(QLayout::SetFixedSize);
 
+  // A picked value joins what the entry holds, typed or not: the entry keeps the focus
+  // while its picker button is pressed, so its text is taken first.
+  for (int field = 0; field < kSelectionFieldCount; ++field) {
+    const int picker =
+        SelectionWindow::RowId(field, SelectionWindow::kEntryPart) + kPickerButtonIdOffset;
+    if (auto* button = qobject_cast<QAbstractButton*>(rows_->Control(picker))) {
+      connect(button, &QAbstractButton::pressed, rows_,
+              [this] { static_cast<void>(rows_->CommitFocused()); });
+    }
+  }
   connect(rows_, &ScreenControls::FieldChanged, this, &SelectionWindowDialog::RowChanged);
   connect(panel_, &ScreenControls::FieldChanged, this, [this](int) { ShowModel(); });
   connect(panel_, &ScreenControls::ButtonClicked, this, &SelectionWindowDialog::PanelButton);

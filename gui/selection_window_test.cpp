@@ -91,7 +91,8 @@ class SelectionWindowDialogTest : public QObject {
     Box(dialog, kSelAssetNumber, W::kExcludePart)->click();
     QVERIFY(model.selection().criteria[kSelAssetNumber].exclude);
 
-    // The location picker lists the company's locations; the second is taken.
+    // The location picker lists the company's locations; the second joins the code typed
+    // before the button was pressed.
     ModalDriver driver;
     driver.Then([](QWidget* modal) {
       auto* list = qobject_cast<ChoiceListDialog*>(modal);
@@ -103,9 +104,11 @@ class SelectionWindowDialogTest : public QObject {
     auto* picker = qobject_cast<QPushButton*>(
         dialog.rows()->Control(W::RowId(kSelLocation, W::kEntryPart) + kPickerButtonIdOffset));
     QVERIFY(picker);
-    picker->click();
+    Entry(dialog, kSelLocation)->setFocus();
+    QTest::keyClicks(Entry(dialog, kSelLocation), QStringLiteral("01"));
+    QTest::mouseClick(picker, Qt::LeftButton);
     QVERIFY(driver.done());
-    QCOMPARE(Entry(dialog, kSelLocation)->text(), QStringLiteral("02"));
+    QCOMPARE(Entry(dialog, kSelLocation)->text(), QStringLiteral("01,02"));
     QVERIFY(Box(dialog, kSelLocation, W::kInUsePart)->isChecked());
 
     auto* schedule = qobject_cast<QComboBox*>(dialog.panel()->Control(W::kScheduleId));
@@ -155,7 +158,7 @@ class SelectionWindowDialogTest : public QObject {
     QVERIFY(dialog.ok());
     const KelSelection& s = model.selection();
     QCOMPARE(s.criteria[kSelAssetNumber].text, std::string("A1-A9"));
-    QCOMPARE(s.criteria[kSelLocation].text, std::string("02"));
+    QCOMPARE(s.criteria[kSelLocation].text, std::string("01,02"));
     QCOMPARE(s.schedule, 'T');
     QCOMPARE(s.name, std::string("Nearby"));
   }
