@@ -46,6 +46,7 @@ SelectionWindowDialog::SelectionWindowDialog(SelectionWindow& window, Ui& ui, QW
   items->setObjectName(QStringLiteral("Selection Items"));
   rows_ = BuildScreen(window.rows(), items, options);
   FitCanvas(items);
+  items->resize(items->minimumSize());
   scroller_->setWidget(items);
   scroller_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   // As wide as a row with the scroll bar beside it, short of the saved selections.
