@@ -25,6 +25,7 @@ namespace nv {
 
 class CompanyScreen;
 class MatchPanel;
+class SelectionWindow;
 class TextFileScreen;
 
 // Answer of a question box. Closing the box counts as Cancel.
@@ -136,6 +137,10 @@ class Ui {
   // Runs the screen "Create Text File for Export" modally: true when the user pressed
   // Create and the screen's checks passed, false for Close or Escape.
   [[nodiscard]] virtual bool RunTextFileScreen(TextFileScreen& screen) = 0;
+
+  // Runs the asset selection window modally: true when the user pressed OK and every
+  // criterion in use passed its check, false for Cancel or closing it.
+  [[nodiscard]] virtual bool RunSelectionWindow(SelectionWindow& window) = 0;
 
   // Whether the Alt key is held down now (a command pressed with Alt takes another path).
   [[nodiscard]] virtual bool AltKeyHeld() = 0;

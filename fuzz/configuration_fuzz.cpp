@@ -35,7 +35,8 @@ class SilentUi : public nv::Ui {
   void ShowHelp(std::string_view) override {}
   int RunMatchPanel(nv::MatchPanel&) override { return 2; }          // Cancel, as closing it does
   int RunCompanyScreen(nv::CompanyScreen&) override { return -11; }  // cancelled
-  bool RunTextFileScreen(nv::TextFileScreen&) override { return false; }  // closed
+  bool RunTextFileScreen(nv::TextFileScreen&) override { return false; }    // closed
+  bool RunSelectionWindow(nv::SelectionWindow&) override { return false; }  // cancelled
   bool AltKeyHeld() override { return false; }
 };
 

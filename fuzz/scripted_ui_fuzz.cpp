@@ -1,10 +1,12 @@
 // Feeds arbitrary bytes to the answers-script parser, then plays the parsed answers
 // against one prompt of each kind, the matching panel and the company screen of a company
 // about to be made until they run out, so that every answer kind meets every prompt kind and
-// every field rule meets whatever text a `field` line carries. (The text-file screen is left
-// out: its folder field makes the folders it is given.)
+// every field rule meets whatever text a `field` line carries; then the selection window,
+// whose OK must never hand over a criterion that its checks refuse. (The text-file screen
+// is left out: its folder field makes the folders it is given.)
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,8 @@
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
 #include "ui/scripted_ui.h"
+#include "ui/selection/criterion.h"
+#include "ui/selection/selection_window.h"
 
 namespace {
 
@@ -50,6 +54,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   record.schedule_letters = "BT";
   record.schedules = {{'B', "B", "Book"}, {'T', "T", "Tax"}};
   nv::CompanyScreen screen(company, true, *ui);
+  // Saved selections go into the scratch folder's settings files, removed after the input.
+  nv::SelectionWindowSetup setup;
+  setup.files = {folder + "FUZZ.ini", folder + "KELNVWIN.INI"};
+  setup.schedules = {{'B', "Book"}, {'T', "Tax"}};
+  setup.locations_file = folder + "FUZZ.LOC";
+  setup.categories_file = folder + "FUZZ.CAT";
+  setup.company_folder = folder;
+  setup.company_number = "FUZZ";
+  nv::SelectionWindow selection(*ui, setup, nv::KelSelection{}, "Select");
 
   nv::ChoiceListRequest list;
   list.message = "Select company type:";
@@ -79,7 +92,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (panel.Matches() != panel.preset_matches() || !PairsAgree(panel)) __builtin_trap();
     const int action = ui->RunCompanyScreen(screen);
     if (action != nv::kCompanyScreenSave && action != nv::kCompanyScreenCancelled) __builtin_trap();
+    if (ui->RunSelectionWindow(selection) && nv::FirstInvalidCriterion(selection.selection()))
+      __builtin_trap();
     ui->AltKeyHeld();
   }
+  std::error_code ignored;
+  std::filesystem::remove(setup.files.company_settings, ignored);
+  std::filesystem::remove(setup.files.installation_settings, ignored);
   return 0;
 }

@@ -17,6 +17,7 @@
 #include "gui/help_viewer.h"
 #include "gui/match_panel_widget.h"
 #include "gui/progress_window.h"
+#include "gui/selection_window.h"
 #include "gui/text_entry_dialog.h"
 #include "gui/text_file_screen_window.h"
 
@@ -175,6 +176,12 @@ bool QtUi::RunTextFileScreen(TextFileScreen& screen) {
   TextFileScreenWindow window(screen, *this, owner_);
   window.exec();
   return window.create();
+}
+
+bool QtUi::RunSelectionWindow(SelectionWindow& window) {
+  SelectionWindowDialog dialog(window, *this, owner_);
+  dialog.exec();
+  return dialog.ok();
 }
 
 bool QtUi::AltKeyHeld() {

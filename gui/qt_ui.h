@@ -1,7 +1,7 @@
 // The Ui port for people: Qt message and question boxes, the choice list, file and
 // folder dialogs, the note window, the matching panel, the progress meter, the help viewer
-// the company screen and the text-file screen. Every window is owned by the main window given at
-// construction (none before it exists).
+// the company screen, the text-file screen and the asset selection window. Every window is owned by
+// the main window given at construction (none before it exists).
 #pragma once
 
 #include <QPointer>
@@ -42,6 +42,7 @@ class QtUi : public Ui {
   int RunMatchPanel(MatchPanel& panel) override;
   int RunCompanyScreen(CompanyScreen& screen) override;
   bool RunTextFileScreen(TextFileScreen& screen) override;
+  bool RunSelectionWindow(SelectionWindow& window) override;
   // The keyboard's state now, not as the last event found it.
   bool AltKeyHeld() override;
 

@@ -5,10 +5,12 @@
 #include <ostream>
 #include <utility>
 
+#include "base/ascii.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
+#include "ui/selection/selection_window.h"
 #include "ui/text_file_screen.h"
 
 namespace nv {
@@ -71,7 +73,17 @@ bool HasControlByte(std::string_view s) {
 struct Directive {
   const char* name;
   Kind kind;
-  enum { kNone, kNumber, kText, kPairs, kField, kButton } argument;
+  enum {
+    kNone,
+    kNumber,
+    kText,
+    kPairs,
+    kField,
+    kButton,
+    kSelectionField,
+    kSelectionValue,
+    kLetter
+  } argument;
 };
 
 // Every directive but `command`, which is not a prompt answer.
@@ -90,6 +102,17 @@ constexpr Directive kDirectives[] = {
     {"field", Kind::kField, Directive::kField},
     {"save", Kind::kSave, Directive::kNone},
     {"press", Kind::kPress, Directive::kButton},
+    {"select", Kind::kSelect, Directive::kSelectionValue},
+    {"unselect", Kind::kUnselect, Directive::kSelectionField},
+    {"exclude", Kind::kExclude, Directive::kSelectionField},
+    {"include", Kind::kInclude, Directive::kSelectionField},
+    {"pick", Kind::kPick, Directive::kSelectionField},
+    {"schedule", Kind::kSchedule, Directive::kLetter},
+    {"load", Kind::kLoad, Directive::kText},
+    {"save-as", Kind::kSaveAs, Directive::kText},
+    {"save-all", Kind::kSaveAll, Directive::kText},
+    {"delete", Kind::kDelete, Directive::kText},
+    {"scan", Kind::kScan, Directive::kText},
 };
 
 const char* DirectiveName(Kind kind) {
@@ -188,6 +211,31 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         answer.text = field + " " + std::string(value);
         break;
       }
+      case Directive::kSelectionField:
+        if (!FindSelectionField(argument)) {
+          const std::string shown(argument.substr(0, 40));
+          return StrPrintf("'%s' needs a field of the asset selection, not '%s'", d.name,
+                           shown.c_str());
+        }
+        answer.text = std::string(argument);
+        break;
+      case Directive::kSelectionValue: {
+        const size_t equals = argument.find('=');
+        const std::string_view field = Trim(argument.substr(0, equals));
+        if (equals == std::string_view::npos || !FindSelectionField(field)) {
+          const std::string shown(field.substr(0, 40));
+          return StrPrintf("'%s' needs FIELD=TEXT with a field of the asset selection, not '%s'",
+                           d.name, shown.c_str());
+        }
+        answer.text = std::string(field) + "=" + std::string(argument.substr(equals + 1));
+        break;
+      }
+      case Directive::kLetter:
+        if (argument.size() != 1 || argument[0] < 'A' || argument[0] > 'Z') {
+          return StrPrintf("'%s' needs a schedule letter A to Z", d.name);
+        }
+        answer.text = std::string(argument);
+        break;
       case Directive::kButton:
         if (!TextFileScreen::IsButtonName(argument)) {
           return "'press' needs a button of the text-file screen: browse, create or close";
@@ -674,6 +722,144 @@ bool ScriptedUi::RunTextFileScreen(TextFileScreen& screen) {
       if (a->kind != Kind::kPress || a->text != "create") return false;
       if (screen.Create()) return true;
       break;  // the screen stays open: show it again
+    }
+  }
+}
+
+namespace {
+
+// The criteria in use, as the transcript shows them: ["Location"="01-05", !"Category"="A"].
+std::string FormatCriteria(const KelSelection& selection) {
+  std::string out = "[";
+  for (int field = 0; field < kSelectionFieldCount; ++field) {
+    const SelectionCriterion& c = selection.criteria[static_cast<size_t>(field)];
+    if (!c.in_use) continue;
+    if (out.size() > 1) out += ", ";
+    if (c.exclude) out += "!";
+    out += QuoteTranscriptText(SelectionFields()[static_cast<size_t>(field)].name) + "=" +
+           QuoteTranscriptText(c.text);
+  }
+  return out + "]";
+}
+
+std::string FormatTexts(const std::vector<std::string>& texts) {
+  std::string out = "[";
+  for (const std::string& text : texts) {
+    if (out.size() > 1) out += ", ";
+    out += QuoteTranscriptText(text);
+  }
+  return out + "]";
+}
+
+// The saved selection a `load` or `delete` names: its line in the list, or else the first
+// of that name.
+std::optional<size_t> SavedSelectionNamed(const SelectionWindow& window, std::string_view name) {
+  if (std::optional<size_t> index = window.SavedIndexOfCaption(name)) return index;
+  for (size_t i = 0; i < window.saved().size(); ++i) {
+    if (EqualIgnoringCase(window.saved()[i].name, name)) return i;
+  }
+  return std::nullopt;
+}
+
+// Carries out one selection-window answer other than the ending ones; the error, or ""
+// when it fitted the window.
+std::string ApplySelectionAnswer(const ScriptAnswer& a, SelectionWindow& window) {
+  const std::optional<int> field = FindSelectionField(a.text);
+  switch (a.kind) {
+    case Kind::kSelect: {
+      const size_t equals = a.text.find('=');
+      const std::optional<int> named = FindSelectionField(a.text.substr(0, equals));
+      // The parser checked the name.
+      if (named) window.SetText(*named, a.text.substr(equals + 1));
+      break;
+    }
+    case Kind::kUnselect:
+    case Kind::kExclude:
+    case Kind::kInclude:
+      if (!field) break;
+      if (a.kind == Kind::kUnselect) window.SetInUse(*field, false);
+      if (a.kind != Kind::kUnselect) window.SetExclude(*field, a.kind == Kind::kExclude);
+      break;
+    case Kind::kPick:
+      if (!field || !window.HasPicker(*field)) {
+        return DescribeAnswer(a) + " names a field without a list to pick from";
+      }
+      static_cast<void>(window.Pick(*field));
+      break;
+    case Kind::kSchedule:
+      if (!window.SetSchedule(a.text)) {
+        return DescribeAnswer(a) + " names no schedule of the company";
+      }
+      break;
+    case Kind::kLoad:
+    case Kind::kDelete: {
+      const std::optional<size_t> index = SavedSelectionNamed(window, a.text);
+      if (!index) return DescribeAnswer(a) + " names no saved selection";
+      if (a.kind == Kind::kLoad) {
+        static_cast<void>(window.Load(*index));
+      } else {
+        static_cast<void>(window.Delete(*index));
+      }
+      break;
+    }
+    case Kind::kSaveAs:
+    case Kind::kSaveAll:
+      static_cast<void>(window.Save(a.text, a.kind == Kind::kSaveAll));
+      break;
+    case Kind::kScan:
+      window.Scan(a.text);
+      break;
+    default:
+      break;
+  }
+  return "";
+}
+
+}  // namespace
+
+bool ScriptedUi::RunSelectionWindow(SelectionWindow& window) {
+  log_->Write("selection-window title=" + QuoteTranscriptText(window.title()) +
+              " schedule=" + QuoteTranscriptText(window.ScheduleCaption()) +
+              " schedules=" + FormatTexts(window.ScheduleCaptions()) +
+              " saved=" + FormatTexts(window.SavedCaptions()) +
+              " criteria=" + FormatCriteria(window.selection()));
+  // Every answer is taken once, so the answers bound the loop.
+  for (;;) {
+    std::string error;
+    const ScriptAnswer* a =
+        TakeAnswer("the selection window",
+                   {Kind::kSelect, Kind::kUnselect, Kind::kExclude, Kind::kInclude, Kind::kPick,
+                    Kind::kSchedule, Kind::kLoad, Kind::kSaveAs, Kind::kSaveAll, Kind::kDelete,
+                    Kind::kScan, Kind::kOk, Kind::kCancel, Kind::kClose},
+                   &error);
+    if (a == nullptr) {
+      Fail(error);
+      return false;
+    }
+    if (a->kind == Kind::kCancel || a->kind == Kind::kClose) {
+      log_->Write("selection-window -> cancel");
+      return false;
+    }
+    std::string shown = DirectiveName(a->kind);
+    if (a->kind == Kind::kOk) {
+      log_->Write("selection-window -> ok");
+      if (!window.Ok()) continue;  // told; the window stays
+      log_->Write("selection-window closed criteria=" + FormatCriteria(window.selection()) +
+                  " schedule=" + QuoteTranscriptText(window.ScheduleCaption()));
+      return true;
+    }
+    if (a->kind == Kind::kSelect) {
+      const size_t equals = a->text.find('=');
+      shown += " " + QuoteTranscriptText(a->text.substr(0, equals)) + " " +
+               QuoteTranscriptText(a->text.substr(equals + 1));
+    } else {
+      shown += " " + QuoteTranscriptText(a->text);
+    }
+    log_->Write("selection-window -> " + shown);
+    error = ApplySelectionAnswer(*a, window);
+    if (!error.empty()) {
+      Fail(error);
+      return false;
     }
   }
 }

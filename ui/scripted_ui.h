@@ -30,6 +30,25 @@
 //   press BUTTON             text-file screen: presses browse (a folder dialog follows,
 //                            answered by the next line), create (the checks, then the file
 //                            is written and the screen comes back) or close
+//   select FIELD=TEXT        selection window: TEXT (the rest of the line, may be empty)
+//                            becomes the criterion of FIELD, a field name of the selection
+//                            table ("Asset Number"); a text switches it on, none off
+//   unselect FIELD           selection window: switches FIELD's criterion off
+//   exclude FIELD            selection window: FIELD's criterion selects what it does not
+//   include FIELD            match (exclude), or again what it matches (include)
+//   pick FIELD               selection window: FIELD's picker button; the list that opens
+//                            takes the next line (choose, choose-text or close), unless it
+//                            is empty and only says so
+//   schedule LETTER          selection window: the schedule of the "sched" fields
+//   load NAME                selection window: chooses the saved selection NAME in the list
+//                            (its line as listed, "NAME (All Companies)", or else the first
+//                            of that name); it is loaded
+//   save-as NAME             selection window: "Save Current" with NAME for this company
+//   save-all NAME            ... for all companies
+//   delete NAME              selection window: deletes the saved selection NAME (chosen as
+//                            for load); the question follows, answered by the next line
+//   scan CODES               selection window: "Scan Barcodes" with CODES typed into the
+//                            box (separated by commas, as a line end would)
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below
@@ -52,6 +71,12 @@
 // The text-file screen takes `field` and `press` lines likewise; `press close`, `cancel`
 // and `close` close it (Close or Escape), and `press create` that passes the checks ends
 // it for the file to be written. A refused create leaves the screen open.
+//
+// The selection window takes its lines until `ok` whose criteria all pass their checks,
+// `cancel` or `close`; an `ok` refused leaves it open after its message. Each line taken is
+// written before what it raises (messages, questions, lists). `ok` and
+// `cancel` there end the window, not a question: answer questions with yes or no. A
+// `load`, `delete`, `schedule` or `pick` that names nothing the window has fails the run.
 //
 // When no answer is left, or the next answer does not fit the prompt (`file` at a
 // question box, a position past the end of the list, a text that names no option, a
@@ -91,6 +116,12 @@
 //       -> field name "Acme Co", field sort_order "LC", save
 //   text-file-screen folder="/data/" company_number="ACME" company_name="Acme Tools"
 //       file_name="ACME.DBS" -> field file_name "ACME.TXT", press create
+//   selection-window title="Asset Selection" schedule="B-Book" schedules=["B-Book",
+//       "T-Tax"] saved=["Mine", "Ours (All Companies)"] criteria=["Location"="01-05",
+//       !"Disposal Code"="S"]
+//   selection-window -> select "Location" "01-05,10"
+//   selection-window -> ok
+//   selection-window closed criteria=["Location"="01-05,10"] schedule="B-Book"
 //   alt-key -> up
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
@@ -136,13 +167,26 @@ struct ScriptAnswer {
     kOk,
     kField,
     kSave,
-    kPress
+    kPress,
+    kSelect,
+    kUnselect,
+    kExclude,
+    kInclude,
+    kPick,
+    kSchedule,
+    kLoad,
+    kSaveAs,
+    kSaveAll,
+    kDelete,
+    kScan
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
   // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
   // "DEST=SRC DEST=SRC", one blank between them; kField: the field's name, one blank and
-  // the value; kPress: the button's name.
+  // the value; kPress: the button's name; kSelect: FIELD=TEXT; kUnselect, kExclude,
+  // kInclude, kPick: the selection field; kSchedule: the letter; kLoad, kSaveAs, kSaveAll,
+  // kDelete: the saved selection's name; kScan: the codes.
   std::string text;
   int line = 0;  // 1-based line in the script, for messages
 };
@@ -214,6 +258,8 @@ class ScriptedUi : public Ui {
   int RunCompanyScreen(CompanyScreen& screen) override;
   // Runs the text-file screen on the script's `field` and `press` lines.
   bool RunTextFileScreen(TextFileScreen& screen) override;
+  // Runs the selection window on the script's selection lines.
+  bool RunSelectionWindow(SelectionWindow& window) override;
   // As the script's `alt-held` says; each question is written to the transcript.
   bool AltKeyHeld() override;
 
