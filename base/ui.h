@@ -21,6 +21,7 @@
 
 namespace nv {
 
+class BnaDialogCommands;
 class CompanyScreen;
 class MatchPanel;
 class TextFileScreen;
@@ -48,7 +49,9 @@ struct FileDialogRequest {
   std::string filter;             // "Description|*.ext;*.EXT|All files|*.*"
   std::string initial_directory;  // empty: the current directory
   std::string initial_name;
-  bool save = false;  // save dialog instead of open dialog
+  bool save = false;              // save dialog instead of open dialog
+  std::string default_extension;  // added to a typed name without one ("txt", no dot)
+  bool must_exist = true;         // open dialog: only an existing file can be chosen
 };
 
 // A one-line text entry (a company number, say) with its prompt.
@@ -134,6 +137,10 @@ class Ui {
   // Runs the screen "Create Text File for Export" modally: true when the user pressed
   // Create and the screen's checks passed, false for Close or Escape.
   [[nodiscard]] virtual bool RunTextFileScreen(TextFileScreen& screen) = 0;
+
+  // Runs the BNA Next Dimension import dialog modally until it closes; closing runs the
+  // dialog's Close, which saves its profile.
+  virtual void RunBnaDialog(BnaDialogCommands& dialog) = 0;
 
   // Whether the Alt key is held down now (a command pressed with Alt takes another path).
   [[nodiscard]] virtual bool AltKeyHeld() = 0;

@@ -10,6 +10,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "gui/bna_dialog_window.h"
 #include "gui/choice_list_dialog.h"
 #include "gui/company_screen_window.h"
 #include "gui/display_text.h"
@@ -92,7 +93,11 @@ int QtUi::ChoiceList(const ChoiceListRequest& request) {
 std::optional<std::string> QtUi::ChooseFile(const FileDialogRequest& request) {
   QFileDialog dialog(owner_, FromWindowsText(request.title));
   dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setFileMode(request.save || !request.must_exist ? QFileDialog::AnyFile
+                                                         : QFileDialog::ExistingFile);
+  if (!request.default_extension.empty()) {
+    dialog.setDefaultSuffix(FromWindowsText(request.default_extension));
+  }
   dialog.setNameFilters(NameFiltersFromPattern(request.filter));
   if (!request.initial_directory.empty())
     dialog.setDirectory(FromWindowsText(request.initial_directory));
@@ -175,6 +180,11 @@ bool QtUi::RunTextFileScreen(TextFileScreen& screen) {
   TextFileScreenWindow window(screen, *this, owner_);
   window.exec();
   return window.create();
+}
+
+void QtUi::RunBnaDialog(BnaDialogCommands& dialog) {
+  BnaDialogWindow window(dialog.dialog(), owner_);
+  window.exec();
 }
 
 bool QtUi::AltKeyHeld() {

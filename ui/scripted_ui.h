@@ -30,6 +30,7 @@
 //   press BUTTON             text-file screen: presses browse (a folder dialog follows,
 //                            answered by the next line), create (the checks, then the file
 //                            is written and the screen comes back) or close
+//   bna COMMAND              BNA import dialog: one command of the dialog (below)
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below
@@ -95,6 +96,34 @@
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
 //
+// The BNA dialog takes `bna` lines until `bna press exit`, `cancel` or `close` closes it
+// (closing saves its profile). The prompts a command raises take the next answers, so they
+// stand right after it. Commands:
+//
+//   bna press file           "Select File"; the file dialog takes the next line (file PATH
+//                            or cancel)
+//   bna press profile        "Select Profile"; the file dialog, then "Create a new
+//                            Profile?" for a file that does not exist (yes or no)
+//   bna press import         "Import Data": stores the panel, checks the definitions and
+//                            runs the import, whose prompts follow
+//   bna press exit           closes the dialog
+//   bna tabs | bna commas    "Tab separated" or "Comma separatd"
+//   bna group LETTER on|off  a group box by its letter: G T B A C S O
+//   bna select NAME          selects the list's line of the definition NAME (any case)
+//   bna no-copy on|off       "Do not copy"
+//   bna method KEYWORD       a method button: ENTIRE RIGHT LEFT MID DEFAULT SPECIAL SET
+//   bna field NAME TEXT      types TEXT into a panel field and leaves it: right, left,
+//                            count, start, set, column
+//   bna click X              a click in the grid at cell X of the data area
+//
+// The dialog's line shows, before each command, its state and the command:
+//
+// clang-format off
+//   bna-dialog profile="@BNA_ND.IMP" source="" file-type=tabs groups="G" lines=["Asset No.\tEntire--A"]
+//       selected=-1 panel=[name="No value selected." no-copy=0 method=none right="" left=""
+//       count="" start="" set="" column=""] grid=[lines=0 data=0 columns=0] -> bna press file
+// clang-format on
+//
 // The company screen's line shows, each time the screen opens or stays open after a refused
 // save, every field by its script name with its value, then the screen's answers up to the
 // one that ends it (the questions they raise follow as lines of their own).
@@ -136,7 +165,8 @@ struct ScriptAnswer {
     kOk,
     kField,
     kSave,
-    kPress
+    kPress,
+    kBna
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
@@ -214,6 +244,9 @@ class ScriptedUi : public Ui {
   int RunCompanyScreen(CompanyScreen& screen) override;
   // Runs the text-file screen on the script's `field` and `press` lines.
   bool RunTextFileScreen(TextFileScreen& screen) override;
+  // Runs the BNA dialog on the script's `bna` lines; `cancel`, `close`, `bna press exit`
+  // or no answer left close it.
+  void RunBnaDialog(BnaDialogCommands& dialog) override;
   // As the script's `alt-held` says; each question is written to the transcript.
   bool AltKeyHeld() override;
 
