@@ -37,7 +37,7 @@ ImportSourceWindow::ImportSourceWindow(BnaSourceGrid& grid, QWidget* parent)
     : QWidget(parent), grid_(grid) {
   const QFontMetrics data(DataFont()), label(LabelFont());
   cell_width_ = std::max(1, data.averageCharWidth());
-  margin_ = label.horizontalAdvance(QStringLiteral("0000")) + 4;
+  margin_ = label.horizontalAdvance(QStringLiteral("0000"));
   row_height_ = std::max(data.height(), label.height()) + 2;
   horizontal_ = new QScrollBar(Qt::Horizontal, this);
   horizontal_->setObjectName(QStringLiteral("bna139"));
@@ -131,7 +131,7 @@ void ImportSourceWindow::paintEvent(QPaintEvent*) {
     painter.setClipping(false);
     painter.setFont(label_font);
     painter.setPen(palette().text().color());
-    painter.drawText(QRect(0, top, margin_ - 4, row_height_), Qt::AlignRight | Qt::AlignVCenter,
+    painter.drawText(QRect(0, top, margin_ - 1, row_height_), Qt::AlignRight | Qt::AlignVCenter,
                      QString::number(lines[i].number));
     painter.setClipRect(area);
     painter.setFont(data_font);

@@ -113,6 +113,11 @@ std::string CheckBnaCommand(std::string_view argument) {
     if (name != c.name) continue;
     if (c.takes_text && text.empty()) return StrPrintf("'bna %s' needs a text after it", c.name);
     if (!c.takes_text && !text.empty()) return StrPrintf("'bna %s' takes nothing after it", c.name);
+    const std::string button = Lower(text);
+    if (name == "press" && button != "file" && button != "profile" && button != "import" &&
+        button != "exit") {
+      return "'bna press' needs a button of the BNA dialog: file, profile, import or exit";
+    }
     return "";
   }
   return "'bna' needs a dialog command: press, tabs, commas, group, select, no-copy, method, "
@@ -742,10 +747,8 @@ std::string RunBnaCommand(const ScriptAnswer& a, BnaDialogCommands& dialog, bool
       dialog.SelectProfile();
     } else if (button == "import") {
       dialog.ImportData();
-    } else if (button == "exit") {
-      *closes = true;
     } else {
-      return refused + "names no button of the BNA dialog (file, profile, import, exit)";
+      *closes = true;  // exit: the parser lets no other button through
     }
   } else if (name == "tabs" || name == "commas") {
     dialog.SetFileType(name == "tabs" ? 1 : 2);

@@ -172,7 +172,7 @@ struct ScriptAnswer {
   int position = 0;  // kChoose: 0-based option position
   // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
   // "DEST=SRC DEST=SRC", one blank between them; kField: the field's name, one blank and
-  // the value; kPress: the button's name.
+  // the value; kPress: the button's name; kBna: the dialog's command with its text.
   std::string text;
   int line = 0;  // 1-based line in the script, for messages
 };

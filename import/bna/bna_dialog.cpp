@@ -13,13 +13,6 @@
 namespace nv {
 namespace {
 
-// The method buttons in the order the panel reads them.
-constexpr ConversionMethod kMethodButtons[] = {
-    ConversionMethod::kEntire, ConversionMethod::kRight,   ConversionMethod::kLeft,
-    ConversionMethod::kMid,    ConversionMethod::kDefault, ConversionMethod::kSpecial,
-    ConversionMethod::kSet,
-};
-
 struct PanelFieldName {
   const char* name;
   BnaPanelField field;

@@ -218,20 +218,6 @@ TEST_F(BnaDialogTest, ANewProfileKeepsTheDefinitionsOnlyWhenTheUserAgrees) {
   EXPECT_FALSE(ui_->failed());
 }
 
-TEST_F(BnaDialogTest, AProfileWithoutAMainGetsTheDefaultOneWhenNewProfilesAreMade) {
-  Put("KELNVWIN.INI", "[User ANNA]\r\nImport Profile=missing.imp\r\n");
-  auto dialog = Open("file second.imp\nyes\n");
-  EXPECT_EQ(dialog->ProfileCaption(), "missing.imp");
-  EXPECT_TRUE(dialog->list_lines().empty());
-  EXPECT_EQ(state_->profiles.main, "");
-  dialog->SelectProfile();
-  EXPECT_EQ(state_->profiles.main, "@BNA_ND.IMP");
-  EXPECT_EQ(Read("second.imp", "Parameters", "Main Profile"), "@BNA_ND.IMP");
-  // Now the main profile's boxes apply to the (empty) list; the default one stays as it was.
-  EXPECT_TRUE(dialog->GroupChecked('G'));
-  EXPECT_EQ(Read("@BNA_ND.IMP", "conversion definitions", "Asset No."), "A,ENTIRE,0,");
-}
-
 TEST_F(BnaDialogTest, ImportNeedsTheAssetNumberColumnAndStoresThePanelFirst) {
   auto dialog = Open();
   ASSERT_TRUE(dialog->SelectDefinition("Asset No."));
