@@ -23,6 +23,7 @@
 
 namespace nv {
 
+class BnaDialogCommands;
 class CompanyScreen;
 class MatchPanel;
 class SelectionWindow;
@@ -51,7 +52,9 @@ struct FileDialogRequest {
   std::string filter;             // "Description|*.ext;*.EXT|All files|*.*"
   std::string initial_directory;  // empty: the current directory
   std::string initial_name;
-  bool save = false;  // save dialog instead of open dialog
+  bool save = false;              // save dialog instead of open dialog
+  std::string default_extension;  // added to a typed name without one ("txt", no dot)
+  bool must_exist = true;         // open dialog: only an existing file can be chosen
 };
 
 // A one-line text entry (a company number, say) with its prompt.
@@ -141,6 +144,9 @@ class Ui {
   // Runs the asset selection window modally: true when the user pressed OK and every
   // criterion in use passed its check, false for Cancel or closing it.
   [[nodiscard]] virtual bool RunSelectionWindow(SelectionWindow& window) = 0;
+  // Runs the BNA Next Dimension import dialog modally until it closes; closing runs the
+  // dialog's Close, which saves its profile.
+  virtual void RunBnaDialog(BnaDialogCommands& dialog) = 0;
 
   // Whether the Alt key is held down now (a command pressed with Alt takes another path).
   [[nodiscard]] virtual bool AltKeyHeld() = 0;

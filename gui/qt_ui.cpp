@@ -10,6 +10,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "gui/bna_dialog_window.h"
 #include "gui/choice_list_dialog.h"
 #include "gui/company_screen_window.h"
 #include "gui/display_text.h"
@@ -93,7 +94,11 @@ int QtUi::ChoiceList(const ChoiceListRequest& request) {
 std::optional<std::string> QtUi::ChooseFile(const FileDialogRequest& request) {
   QFileDialog dialog(owner_, FromWindowsText(request.title));
   dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setFileMode(request.save || !request.must_exist ? QFileDialog::AnyFile
+                                                         : QFileDialog::ExistingFile);
+  if (!request.default_extension.empty()) {
+    dialog.setDefaultSuffix(FromWindowsText(request.default_extension));
+  }
   dialog.setNameFilters(NameFiltersFromPattern(request.filter));
   if (!request.initial_directory.empty())
     dialog.setDirectory(FromWindowsText(request.initial_directory));
@@ -182,6 +187,11 @@ bool QtUi::RunSelectionWindow(SelectionWindow& window) {
   SelectionWindowDialog dialog(window, *this, owner_);
   dialog.exec();
   return dialog.ok();
+}
+
+void QtUi::RunBnaDialog(BnaDialogCommands& dialog) {
+  BnaDialogWindow window(dialog.dialog(), owner_);
+  window.exec();
 }
 
 bool QtUi::AltKeyHeld() {

@@ -43,6 +43,8 @@ class QtUi : public Ui {
   int RunCompanyScreen(CompanyScreen& screen) override;
   bool RunTextFileScreen(TextFileScreen& screen) override;
   bool RunSelectionWindow(SelectionWindow& window) override;
+  // The dialog's window, modal; it runs the dialog's Close as it closes.
+  void RunBnaDialog(BnaDialogCommands& dialog) override;
   // The keyboard's state now, not as the last event found it.
   bool AltKeyHeld() override;
 

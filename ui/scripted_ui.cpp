@@ -8,6 +8,7 @@
 #include "base/ascii.h"
 #include "base/file_util.h"
 #include "base/str_format.h"
+#include "ui/bna_dialog_commands.h"
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
 #include "ui/selection/selection_window.h"
@@ -82,7 +83,8 @@ struct Directive {
     kButton,
     kSelectionField,
     kSelectionValue,
-    kLetter
+    kLetter,
+    kBnaCommand
   } argument;
 };
 
@@ -113,7 +115,38 @@ constexpr Directive kDirectives[] = {
     {"save-all", Kind::kSaveAll, Directive::kText},
     {"delete", Kind::kDelete, Directive::kText},
     {"scan", Kind::kScan, Directive::kText},
+    {"bna", Kind::kBna, Directive::kBnaCommand},
 };
+
+// The BNA dialog's commands: the word after "bna", and whether a text follows it.
+struct BnaCommand {
+  const char* name;
+  bool takes_text;
+};
+constexpr BnaCommand kBnaCommands[] = {
+    {"press", true},   {"tabs", false},  {"commas", false}, {"group", true}, {"select", true},
+    {"no-copy", true}, {"method", true}, {"field", true},   {"click", true},
+};
+
+// The error of a `bna` line's argument, or "" when it is well formed.
+std::string CheckBnaCommand(std::string_view argument) {
+  size_t gap = argument.find_first_of(" \t");
+  std::string name = Lower(argument.substr(0, gap));
+  std::string_view text = gap == std::string_view::npos ? "" : Trim(argument.substr(gap));
+  for (const BnaCommand& c : kBnaCommands) {
+    if (name != c.name) continue;
+    if (c.takes_text && text.empty()) return StrPrintf("'bna %s' needs a text after it", c.name);
+    if (!c.takes_text && !text.empty()) return StrPrintf("'bna %s' takes nothing after it", c.name);
+    const std::string button = Lower(text);
+    if (name == "press" && button != "file" && button != "profile" && button != "import" &&
+        button != "exit") {
+      return "'bna press' needs a button of the BNA dialog: file, profile, import or exit";
+    }
+    return "";
+  }
+  return "'bna' needs a dialog command: press, tabs, commas, group, select, no-copy, method, "
+         "field or click";
+}
 
 const char* DirectiveName(Kind kind) {
   for (const Directive& d : kDirectives) {
@@ -236,6 +269,12 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         }
         answer.text = std::string(argument);
         break;
+      case Directive::kBnaCommand: {
+        std::string error = CheckBnaCommand(argument);
+        if (!error.empty()) return error;
+        answer.text = std::string(argument);
+        break;
+      }
       case Directive::kButton:
         if (!TextFileScreen::IsButtonName(argument)) {
           return "'press' needs a button of the text-file screen: browse, create or close";
@@ -547,7 +586,12 @@ std::optional<std::string> ScriptedUi::ChooseFile(const FileDialogRequest& reque
                      " title=" + QuoteTranscriptText(request.title) +
                      " filter=" + QuoteTranscriptText(request.filter) +
                      " folder=" + QuoteTranscriptText(request.initial_directory) +
-                     " name=" + QuoteTranscriptText(request.initial_name) + " -> ";
+                     " name=" + QuoteTranscriptText(request.initial_name);
+  if (!request.default_extension.empty()) {
+    line += " extension=" + QuoteTranscriptText(request.default_extension);
+  }
+  if (!request.save && !request.must_exist) line += " new-allowed";
+  line += " -> ";
   return AnswerPath(std::move(line), "a file dialog", Kind::kFile);
 }
 
@@ -811,6 +855,59 @@ std::string ApplySelectionAnswer(const ScriptAnswer& a, SelectionWindow& window)
       break;
     default:
       break;
+// "on" or "off"; none for anything else.
+std::optional<bool> OnOff(std::string_view text) {
+  std::string word = Lower(text);
+  if (word == "on") return true;
+  if (word == "off") return false;
+  return std::nullopt;
+}
+
+// Carries out one `bna` line on the dialog; returns the error, or "" when it fitted.
+// `closes` is set for the line that ends the dialog.
+std::string RunBnaCommand(const ScriptAnswer& a, BnaDialogCommands& dialog, bool* closes) {
+  const std::string_view argument = a.text;
+  const size_t gap = argument.find_first_of(" \t");
+  const std::string name = Lower(argument.substr(0, gap));
+  const std::string_view text = gap == std::string_view::npos ? "" : Trim(argument.substr(gap));
+  const std::string refused = DescribeAnswer(a) + " ";
+  if (name == "press") {
+    const std::string button = Lower(text);
+    if (button == "file") {
+      dialog.SelectFile();
+    } else if (button == "profile") {
+      dialog.SelectProfile();
+    } else if (button == "import") {
+      dialog.ImportData();
+    } else {
+      *closes = true;  // exit: the parser lets no other button through
+    }
+  } else if (name == "tabs" || name == "commas") {
+    dialog.SetFileType(name == "tabs" ? 1 : 2);
+  } else if (name == "group" || name == "no-copy") {
+    // group LETTER on|off, no-copy on|off
+    std::string_view letter = name == "group" ? text.substr(0, 1) : "";
+    std::optional<bool> on = OnOff(name == "group" ? Trim(text.substr(1)) : text);
+    if (!on) return refused + "needs on or off";
+    if (name == "no-copy") {
+      dialog.SetNoCopy(*on);
+    } else if (!dialog.SetGroupChecked(letter[0], *on)) {
+      return refused + "names no group box (G, T, B, A, C, S or O)";
+    }
+  } else if (name == "select") {
+    if (!dialog.SelectDefinition(text)) return refused + "names no line of the list";
+  } else if (name == "method") {
+    if (!dialog.CheckMethod(text)) return refused + "names no method button that is on";
+  } else if (name == "field") {
+    const size_t blank = text.find_first_of(" \t");
+    const std::string_view value = blank == std::string_view::npos ? "" : Trim(text.substr(blank));
+    if (!dialog.EnterPanelField(text.substr(0, blank), value)) {
+      return refused + "names no field of the panel (right, left, count, start, set, column)";
+    }
+  } else if (name == "click") {
+    std::optional<int> x = ParseSmallNumber(text);
+    if (!x) return refused + "needs a cell of the grid from 0";
+    dialog.ClickGrid(*x);
   }
   return "";
 }
@@ -862,6 +959,37 @@ bool ScriptedUi::RunSelectionWindow(SelectionWindow& window) {
       return false;
     }
   }
+  }
+  return "";
+}
+
+void ScriptedUi::RunBnaDialog(BnaDialogCommands& dialog) {
+  std::string opened = dialog.Describe();
+  for (;;) {
+    std::string error;
+    const ScriptAnswer* a =
+        TakeAnswer("the BNA dialog", {Kind::kBna, Kind::kCancel, Kind::kClose}, &error);
+    if (a == nullptr) {
+      log_->Write(opened + " -> close");
+      Fail(error);
+      break;
+    }
+    if (a->kind != Kind::kBna) {
+      log_->Write(opened + " -> close");
+      break;
+    }
+    // Each command's line stands before the prompts it raises.
+    log_->Write(opened + " -> bna " + a->text);
+    bool closes = false;
+    error = RunBnaCommand(*a, dialog, &closes);
+    if (!error.empty()) {
+      Fail(error);
+      break;
+    }
+    if (closes) break;
+    opened = dialog.Describe();
+  }
+  dialog.Close();
 }
 
 bool ScriptedUi::AltKeyHeld() {

@@ -49,6 +49,7 @@
 //                            for load); the question follows, answered by the next line
 //   scan CODES               selection window: "Scan Barcodes" with CODES typed into the
 //                            box (separated by commas, as a line end would)
+//   bna COMMAND              BNA import dialog: one command of the dialog (below)
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below
@@ -126,6 +127,34 @@
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
 //
+// The BNA dialog takes `bna` lines until `bna press exit`, `cancel` or `close` closes it
+// (closing saves its profile). The prompts a command raises take the next answers, so they
+// stand right after it. Commands:
+//
+//   bna press file           "Select File"; the file dialog takes the next line (file PATH
+//                            or cancel)
+//   bna press profile        "Select Profile"; the file dialog, then "Create a new
+//                            Profile?" for a file that does not exist (yes or no)
+//   bna press import         "Import Data": stores the panel, checks the definitions and
+//                            runs the import, whose prompts follow
+//   bna press exit           closes the dialog
+//   bna tabs | bna commas    "Tab separated" or "Comma separatd"
+//   bna group LETTER on|off  a group box by its letter: G T B A C S O
+//   bna select NAME          selects the list's line of the definition NAME (any case)
+//   bna no-copy on|off       "Do not copy"
+//   bna method KEYWORD       a method button: ENTIRE RIGHT LEFT MID DEFAULT SPECIAL SET
+//   bna field NAME TEXT      types TEXT into a panel field and leaves it: right, left,
+//                            count, start, set, column
+//   bna click X              a click in the grid at cell X of the data area
+//
+// The dialog's line shows, before each command, its state and the command:
+//
+// clang-format off
+//   bna-dialog profile="@BNA_ND.IMP" source="" file-type=tabs groups="G" lines=["Asset No.\tEntire--A"]
+//       selected=-1 panel=[name="No value selected." no-copy=0 method=none right="" left=""
+//       count="" start="" set="" column=""] grid=[lines=0 data=0 columns=0] -> bna press file
+// clang-format on
+//
 // The company screen's line shows, each time the screen opens or stays open after a refused
 // save, every field by its script name with its value, then the screen's answers up to the
 // one that ends it (the questions they raise follow as lines of their own).
@@ -178,7 +207,8 @@ struct ScriptAnswer {
     kSaveAs,
     kSaveAll,
     kDelete,
-    kScan
+    kScan,
+    kBna
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
@@ -186,7 +216,8 @@ struct ScriptAnswer {
   // "DEST=SRC DEST=SRC", one blank between them; kField: the field's name, one blank and
   // the value; kPress: the button's name; kSelect: FIELD=TEXT; kUnselect, kExclude,
   // kInclude, kPick: the selection field; kSchedule: the letter; kLoad, kSaveAs, kSaveAll,
-  // kDelete: the saved selection's name; kScan: the codes.
+  // kDelete: the saved selection's name; kScan: the codes; kBna: the dialog's command with
+  // its text.
   std::string text;
   int line = 0;  // 1-based line in the script, for messages
 };
@@ -260,6 +291,9 @@ class ScriptedUi : public Ui {
   bool RunTextFileScreen(TextFileScreen& screen) override;
   // Runs the selection window on the script's selection lines.
   bool RunSelectionWindow(SelectionWindow& window) override;
+  // Runs the BNA dialog on the script's `bna` lines; `cancel`, `close`, `bna press exit`
+  // or no answer left close it.
+  void RunBnaDialog(BnaDialogCommands& dialog) override;
   // As the script's `alt-held` says; each question is written to the transcript.
   bool AltKeyHeld() override;
 

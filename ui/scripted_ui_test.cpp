@@ -92,6 +92,25 @@ TEST(ParseAnswerScript, ReportsEveryBadLineWithItsNumber) {
             "line 9: control character in the line\n");
 }
 
+TEST(ParseAnswerScript, BnaLinesNeedACommandOfTheDialog) {
+  EXPECT_EQ(
+      ParseErrors("bna press file\n"
+                  "BNA Select Basis, Tax\n"
+                  "bna tabs\n"
+                  "bna\n"
+                  "bna paint all\n"
+                  "bna select\n"
+                  "bna commas now\n"
+                  "bna press ok\n"),
+      "line 4: 'bna' needs a dialog command: press, tabs, commas, group, select, no-copy, "
+      "method, field or click\n"
+      "line 5: 'bna' needs a dialog command: press, tabs, commas, group, select, no-copy, "
+      "method, field or click\n"
+      "line 6: 'bna select' needs a text after it\n"
+      "line 7: 'bna commas' takes nothing after it\n"
+      "line 8: 'bna press' needs a button of the BNA dialog: file, profile, import or exit\n");
+}
+
 TEST(ParseAnswerScript, MatchLinesHoldPairsOfIds) {
   std::vector<ScriptError> errors;
   std::optional<AnswerScript> script =
