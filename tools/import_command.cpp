@@ -7,6 +7,7 @@
 #include "base/file.h"
 #include "base/str_format.h"
 #include "import/faswin/faswin_importer.h"
+#include "import/frame/dry_run.h"
 #include "import/importers.h"
 #include "tools/company_json.h"
 #include "tools/nvtool_context.h"
@@ -281,10 +282,15 @@ int RunImportCommandWith(Importer& importer, const ImportCommandOptions& options
   OptionsUi ui(options);
   ui.set_product(ctx.product_name());
   ui.set_sink(&out);
-  const ImportResult result = RunImport(ctx, ui, importer, std::move(hooks));
+  const ImportResult result = options.dry_run ? TestImport(ctx, ui, importer, std::move(hooks))
+                                              : RunImport(ctx, ui, importer, std::move(hooks));
   for (const std::string& line : ui.defaulted()) out << "answered by default: " << line << "\n";
   if (!result.report_text.empty()) out << "\n" << result.report_text;
   if (!result.report_path.empty()) out << "report written to " << result.report_path << "\n";
+  if (!result.backup_folder.empty()) {
+    out << "the company as it was before is backed up in " << result.backup_folder
+        << " (nvtool undo " << options.folder << " " << options.number << ")\n";
+  }
   if (!ui.option_error().empty()) {
     err << "nvtool: " << ui.option_error() << "\n";
     return 2;

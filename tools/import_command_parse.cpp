@@ -101,6 +101,10 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
       positional.push_back(arg);
       continue;
     }
+    if (arg == "--dry-run") {
+      options.dry_run = true;
+      continue;
+    }
     if (i + 1 >= args.size()) {
       *error = arg + " needs a value";
       return std::nullopt;
@@ -172,7 +176,7 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
   for (const auto& [arg, value] : own_options) {
     const ImporterOption* option = FindImporterOption(options.kind, arg);
     if (option == nullptr) {
-      std::string known = "--existing, --company, --match, --books";
+      std::string known = "--existing, --company, --match, --books, --dry-run";
       for (const ImporterOption& o : ImporterOptions()) {
         if (o.kind == options.kind) known += ", " + std::string(o.option);
       }

@@ -287,7 +287,7 @@ int ResolveExistingCompany(ImportRun& run) {
 }
 
 void ReportCount(ImportRun& run, long count, std::string_view details) {
-  run.ui().MessageWithDetails(StrPrintf(kAssetsCopiedMessage, static_cast<int>(count)), "Done",
+  run.ui().MessageWithDetails(StrPrintf(run.hooks().count_message, static_cast<int>(count)), "Done",
                               details);
 }
 
@@ -376,13 +376,18 @@ ImportResult RunImport(const InstallationContext& context, Ui& ui, Importer& imp
   int resolved = kResolveOtherNumber;
   while (resolved == kResolveOtherNumber) {
     if (!AskCompanyNumber(run, importer_hooks.DefaultCompanyNumber(run))) return result;
+    if (run.hooks().company_chosen && !run.hooks().company_chosen(run.state().company_number)) {
+      continue;
+    }
     resolved = ResolveExistingCompany(run);
   }
   if (resolved != kResolveGoOn) return result;
   if (!importer_hooks.Match(run)) return result;
 
   NvCompany& company = run.company();
-  run.report().SetCompany(company.number(), company.folder());
+  run.report().SetCompany(company.number(), run.hooks().report_folder
+                                                ? run.hooks().report_folder(company.folder())
+                                                : company.folder());
   AddStep add(run);
   const bool copied = importer_hooks.CopyAssets(run, add);
   const bool finished = add.Finish();

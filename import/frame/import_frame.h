@@ -115,6 +115,13 @@ class Importer {
 struct ImportHooks {
   // Changes the company record before the setup screen first shows it.
   std::function<void(NvCompanyRecord& record)> before_setup_screen;
+  // Called with each company number entered, before anything is done with it; false
+  // asks for the number again, as a company in use does.
+  std::function<bool(const std::string& number)> company_chosen;
+  // The count's message ("%d assets copied.").
+  const char* count_message = kAssetsCopiedMessage;
+  // The folder the report names for the company's files, given the one written to.
+  std::function<std::string(const std::string& folder)> report_folder;
 };
 
 class ImportRun {
