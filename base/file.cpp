@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
 namespace nv {
@@ -152,15 +151,6 @@ std::vector<std::string> ListFolder(const std::string& folder) {
   }
   ::closedir(dir);
   return names;
-}
-
-std::optional<std::string> MakeTemporaryFolder(std::string_view prefix) {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string pattern = (tmp != nullptr && *tmp != '\0') ? tmp : "/tmp";
-  if (pattern.back() != '/') pattern += '/';
-  pattern += std::string(prefix) + "XXXXXX";
-  if (::mkdtemp(pattern.data()) == nullptr) return std::nullopt;
-  return pattern + "/";
 }
 
 bool MakeFolder(const std::string& path) {

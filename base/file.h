@@ -71,10 +71,6 @@ class File {
 // empty when it cannot be read.
 std::vector<std::string> ListFolder(const std::string& folder);
 
-// A new, empty folder in the system's folder for temporary files (TMPDIR, else /tmp),
-// its name beginning with `prefix`; the path ends with the separator. nullopt when none
-// can be made.
-std::optional<std::string> MakeTemporaryFolder(std::string_view prefix);
 // Makes one folder; false when it exists already or cannot be made.
 [[nodiscard]] bool MakeFolder(const std::string& path);
 // Copies a file's bytes to `to`, replacing a file there.

@@ -5,6 +5,7 @@
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/file_util.h"
+#include "base/temp_folder.h"
 #include "import/frame/import_backup.h"
 #include "store/company/company.h"
 #include "ui/company_selection.h"

@@ -89,6 +89,11 @@ std::optional<ImportStateRecord> ParseImportStateRecord(std::string_view text) {
   ImportStateRecord record;
   for (const std::string& line : SplitTextLines(text)) {
     if (line.empty()) continue;
+    // Names and numbers hold no control bytes; a tab only separates fields.
+    if (std::any_of(line.begin(), line.end(),
+                    [](char c) { return static_cast<unsigned char>(c) < 0x20 && c != '\t'; })) {
+      return std::nullopt;
+    }
     const std::vector<std::string_view> fields = SplitTabs(line);
     if (fields[0] == "listed" && fields.size() == 2) {
       record.listed_name = std::string(fields[1]);
