@@ -20,10 +20,6 @@ namespace {
 constexpr uint64_t kFnvOffset = 14695981039346656037ull;
 constexpr uint64_t kFnvPrime = 1099511628211ull;
 
-// The staging folders of an undo, inside the backups folder.
-constexpr char kUndoNewFolder[] = "undo-new";
-constexpr char kUndoOldFolder[] = "undo-old";
-
 std::vector<std::string_view> SplitTabs(std::string_view line) {
   std::vector<std::string_view> fields;
   for (size_t from = 0;;) {
