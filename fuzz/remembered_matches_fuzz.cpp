@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "base/file_util.h"
 #include "base/profile_text.h"
 #include "fuzz/fuzz_scratch.h"
