@@ -107,6 +107,10 @@ std::optional<ImportStateRecord> ParseImportStateRecord(std::string_view text) {
   }
   std::sort(record.files.begin(), record.files.end(),
             [](const CompanyFileState& a, const CompanyFileState& b) { return a.name < b.name; });
+  // A folder holds one file of a name.
+  for (size_t i = 1; i < record.files.size(); ++i) {
+    if (record.files[i].name == record.files[i - 1].name) return std::nullopt;
+  }
   return record;
 }
 

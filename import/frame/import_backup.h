@@ -71,7 +71,8 @@ struct ImportStateRecord {
 };
 
 // The record's text; nullopt for a text that is no state record (an unknown line, a
-// field missing, a size or hash that is no number, a control byte in a line).
+// field missing, a size or hash that is no number, a control byte in a line, a file
+// named twice).
 std::optional<ImportStateRecord> ParseImportStateRecord(std::string_view text);
 std::string ImportStateRecordText(const ImportStateRecord& record);
 

@@ -185,8 +185,10 @@ TEST(ImportStateRecord, ReadsWhatIsWrittenAndRefusesAnythingElse) {
   EXPECT_EQ(read->files, record.files);
   EXPECT_TRUE(read->complete);
   EXPECT_FALSE(ParseImportStateRecord("listed\tAcme\r\n")->complete);
-  for (const char* bad : {"file\tACME.A\t12\t0123", "file\tACME.A\t-1\t0123456789abcdef",
-                          "file\t\t1\t0123456789abcdef", "complete\tyes", "junk"}) {
+  for (const char* bad :
+       {"file\tACME.A\t12\t0123", "file\tACME.A\t-1\t0123456789abcdef",
+        "file\t\t1\t0123456789abcdef", "complete\tyes", "junk",
+        "file\tA.A\t1\t0123456789abcdef\nfile\tA.A\t2\t0123456789abcdef", "listed\tAcme\x01"}) {
     EXPECT_FALSE(ParseImportStateRecord(bad)) << bad;
   }
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "base/file_util.h"
 #include "import/frame/frame_testing.h"
 #include "import/frame/matching.h"
 #include "store/company/asset_testing.h"
@@ -51,46 +50,6 @@ TEST(PresetWithRemembered, RememberedTextsWinAndEverythingElseKeepsTheImportersP
             (Pairs{{201, 102}, {203, 103}}));
   EXPECT_EQ(PresetWithRemembered({}, destinations, sources, standard),
             (Pairs{{201, 101}, {202, 103}, {204, 102}}));
-}
-
-TEST(RememberedMatches, WrittenSectionReadsBackAndLeavesTheRestOfTheFileAlone) {
-  TempDir dir;
-  const std::string ini = dir.File("KELNVWIN.INI");
-  const std::string before =
-      "[NV Parameters]\r\nConfiguration Locked=0\r\n"
-      "[User TESTER Field Matches tiny]\r\nStale=\"x\"\r\n"
-      "[User OTHER Field Matches tiny]\r\nAccount=\"Acct\"\r\n";
-  ASSERT_TRUE(WriteFileAtomically(ini, before));
-
-  MatchPanel panel("c", "d", "s");
-  panel.AddDestination(201, "  Account ");
-  panel.AddDestination(202, "Cost=Basis");  // cannot be a key
-  panel.AddDestination(203, "Note");
-  panel.AddDestination(204, "Label");
-  panel.AddSource(101, " padded ");
-  panel.AddSource(102, "");  // a blank label is a source like any other
-  panel.AddSource(103, "Other");
-  ASSERT_TRUE(panel.SetMatch(201, 101));
-  ASSERT_TRUE(panel.SetMatch(202, 103));
-  ASSERT_TRUE(panel.SetMatch(204, 102));
-  const std::string section = RememberedMatchesSection("TESTER", "tiny", MatchPanelKind::kFields);
-  ASSERT_TRUE(WriteRememberedMatches(ini, section, panel));
-
-  const RememberedMatches read = ReadRememberedMatches(ini, section);
-  ASSERT_EQ(read.size(), 3u);
-  EXPECT_EQ(read[0].destination, "Account");
-  EXPECT_EQ(read[0].source, " padded ");
-  EXPECT_EQ(read[1].destination, "Note");
-  EXPECT_EQ(read[1].source, std::nullopt);
-  EXPECT_EQ(read[2].destination, "Label");
-  EXPECT_EQ(read[2].source, "");
-
-  const std::string after = *ReadFileBytes(ini);
-  EXPECT_EQ(after.find("Stale"), std::string::npos) << "the section is rewritten whole";
-  EXPECT_EQ(after.substr(0, 40), before.substr(0, 40));
-  EXPECT_NE(after.find("[User OTHER Field Matches tiny]\r\nAccount=\"Acct\"\r\n"),
-            std::string::npos);
-  EXPECT_TRUE(ReadRememberedMatches(ini, "User TESTER Book Matches tiny").empty());
 }
 
 // The frame: a confirmed panel is the next import's pre-set, per user; Reset returns to the
