@@ -72,7 +72,8 @@ std::string ExportDefinitionFile(ExportScope scope, const std::string& program_f
                                  const NvCompany& company);
 
 // The stored value of one column ("Depr. Method,66,AC,Method") and back; a value whose
-// field is not found, or without all three commas, gives none.
+// field is not found, whose group code names neither "*" nor a schedule letter, or without
+// all three commas, gives none. Line breaks in a heading are stored as blanks.
 std::string ExportColumnValue(const ExportColumn& column);
 std::optional<ExportColumn> ParseExportColumnValue(std::string_view value);
 

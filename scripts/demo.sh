@@ -2,7 +2,8 @@
 # The main job on the bundled demo installation (a scratch copy of testdata/demo):
 #   1. nvtool: the bundled text file into company HARBOUR, HARBOUR out in each record type,
 #      the comma file back into HARBOUR2, each other product's demo source into a company
-#      of its own, `nvtool check` on every company made, and the counts;
+#      of its own, `nvtool check` on every company made, and the counts; HARBOUR out
+#      through a stored export definition;
 #   2. nvimport as the main fixed-assets program starts it: a "/pid:" token and the mode
 #      word on the command line, the ten parameter lines on standard input. With a display
 #      the import window opens; without one the same start runs in scripted mode
@@ -40,6 +41,12 @@ done
 echo "import text HARBOUR-comma.txt into HARBOUR2: $(copied "$data/nvtool-import-HARBOUR2.txt")"
 "$nvtool" check "$data" HARBOUR2
 
+echo "---- nvtool: an export definition ----"
+printf '%s\r\n' '[Register]' 'Include Headings=Yes' 'Filename=HARBOUR-register.txt' 'Select Assets=No' \
+  '0=Asset No.,42,ADCN,Asset' '1=Desc.,42,ADCN,Description' '2=Cost,42,ADCN,Cost' \
+  '3=Useful Life,84,ADCN,Tax life' '4=Ending Allwd Dpr,84,ADCN,Tax depreciation' >"$data/HARBOUR.EXP"
+"$nvtool" export "$data" HARBOUR Register --replace
+
 echo "---- nvtool: each product's demo source ----"
 for run in \
     "DEMOPC|pcfas testdata/pcfas/LAKESIDE/COMPANY1.FAS|--company testdata/pcfas/lakeside-year.json --match 202=103" \
@@ -58,6 +65,14 @@ for run in \
     "$(copied "$data/nvtool-import-$number.txt")"
   "$nvtool" check "$data" "$number"
 done
+# BNA converts by an import profile, which a run may write back to: a copy of the example.
+cp testdata/bna/EXAMPLE.IMP "$data/EXAMPLE.IMP"
+"$nvtool" import bna testdata/bna/FIXEDASSETS.CSV "$data" BNADEMO --profile "$data/EXAMPLE.IMP" \
+  --today 11/24/2026 >"$data/nvtool-import-BNADEMO.txt" 2>&1 ||
+  { cat "$data/nvtool-import-BNADEMO.txt"; exit 1; }
+printf '%-8s %-50s %s\n' BNADEMO "bna testdata/bna/FIXEDASSETS.CSV" \
+  "$(sed -n 's/^message title="Note" text="\([0-9]* assets imported.\)".*/\1/p' "$data/nvtool-import-BNADEMO.txt")"
+"$nvtool" check "$data" BNADEMO
 echo "(transcripts and import reports: $data/nvtool-import-*.txt, $data/import-reports/)"
 
 export NV_INSTALL_DIR="$install_dir"

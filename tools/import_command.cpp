@@ -1,11 +1,13 @@
 #include "tools/import_command.h"
 
+#include <filesystem>
 #include <fstream>
 #include <set>
 
 #include "base/ascii.h"
 #include "base/file.h"
 #include "base/str_format.h"
+#include "import/bna/bna_import.h"
 #include "import/faswin/faswin_importer.h"
 #include "import/frame/dry_run.h"
 #include "import/importers.h"
@@ -110,7 +112,8 @@ class OptionsUi final : public ScriptedUi {
                                                : Kind::kNo)});
     } else if ((options_.existing == "erase" && text == kEraseQuestion) ||
                (options_.existing == "add" &&
-                (text == kDuplicatesQuestion || text == kFasWinMergeQuestion))) {
+                (text == kDuplicatesQuestion || text == kFasWinMergeQuestion ||
+                 text == kBnaAddQuestion))) {
       PushAnswers({Reply(Kind::kYes)});
     } else {
       const bool yes = default_button == DefaultButton::kYes;
@@ -253,52 +256,104 @@ class OptionsUi final : public ScriptedUi {
 
 }  // namespace
 
-int RunImportCommandWith(Importer& importer, const ImportCommandOptions& options, std::ostream& out,
-                         std::ostream& err) {
-  const InstallationContext ctx = ToolContext(options.folder);
+namespace {
+
+// What every kind checks before its run: the data folder, the source, --company. False
+// with the reason written to err.
+bool PrepareRun(const ImportCommandOptions& options, const InstallationContext& ctx,
+                ImportHooks* hooks, std::ostream& err) {
   if (std::optional<std::string> problem = DataFolderProblem(ctx)) {
     err << "nvtool: " << *problem << "\n";
-    return 1;
+    return false;
   }
   if (!PathExists(options.source)) {
     err << "nvtool: no source file " << options.source << "\n";
-    return 1;
+    return false;
   }
-  ImportHooks hooks;
   if (!options.company_json.empty()) {
     // Read once now, so that a bad document is refused before anything is touched.
     NvCompanyRecord scratch;
     if (std::string problem = CompanyObjectReader(&scratch).Read(options.company_json);
         !problem.empty()) {
       err << "nvtool: --company: " << problem << "\n";
-      return 1;
+      return false;
     }
-    hooks.before_setup_screen = [path = options.company_json](NvCompanyRecord& record) {
+    hooks->before_setup_screen = [path = options.company_json](NvCompanyRecord& record) {
       const std::string number = record.number;
       static_cast<void>(CompanyObjectReader(&record).Read(path));
       record.number = number;  // the number is the command's
     };
   }
+  return true;
+}
+
+// The end of every kind's run: what was answered by default, the report, and the exit
+// status (2 for an option the run found wrong, else `status`).
+int FinishRun(const OptionsUi& ui, const std::string& report_text, const std::string& report_path,
+              int status, std::ostream& out, std::ostream& err) {
+  for (const std::string& line : ui.defaulted()) out << "answered by default: " << line << "\n";
+  if (!report_text.empty()) out << "\n" << report_text;
+  if (!report_path.empty()) out << "report written to " << report_path << "\n";
+  if (!ui.option_error().empty()) {
+    err << "nvtool: " << ui.option_error() << "\n";
+    return 2;
+  }
+  return status;
+}
+
+}  // namespace
+
+int RunImportCommandWith(Importer& importer, const ImportCommandOptions& options, std::ostream& out,
+                         std::ostream& err) {
+  const InstallationContext ctx = ToolContext(options.folder);
+  ImportHooks hooks;
+  if (!PrepareRun(options, ctx, &hooks, err)) return 1;
   OptionsUi ui(options);
   ui.set_product(ctx.product_name());
   ui.set_sink(&out);
   const ImportResult result = options.dry_run ? TestImport(ctx, ui, importer, std::move(hooks))
                                               : RunImport(ctx, ui, importer, std::move(hooks));
-  for (const std::string& line : ui.defaulted()) out << "answered by default: " << line << "\n";
-  if (!result.report_text.empty()) out << "\n" << result.report_text;
-  if (!result.report_path.empty()) out << "report written to " << result.report_path << "\n";
+  const int status = FinishRun(ui, result.report_text, result.report_path,
+                               result.outcome == ImportOutcome::kCompleted ? 0 : 1, out, err);
   if (!result.backup_folder.empty()) {
     out << "the company as it was before is backed up in " << result.backup_folder
         << " (nvtool undo " << options.folder << " " << options.number << ")\n";
   }
-  if (!ui.option_error().empty()) {
-    err << "nvtool: " << ui.option_error() << "\n";
-    return 2;
+  return status;
+}
+
+int RunBnaImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err) {
+  InstallationContext ctx = ToolContext(options.folder);
+  if (options.today) ctx.today = *options.today;
+  ImportHooks hooks;
+  if (!PrepareRun(options, ctx, &hooks, err)) return 1;
+  // A profile named without a folder is the one the command names, not one of the
+  // installation's.
+  const std::string profile = std::filesystem::absolute(options.bna_profile).string();
+  if (!PathExists(profile)) {
+    err << "nvtool: no profile " << options.bna_profile << "\n";
+    return 1;
   }
-  return result.outcome == ImportOutcome::kCompleted ? 0 : 1;
+  OptionsUi ui(options);
+  ui.set_product(ctx.product_name());
+  ui.set_sink(&out);
+  BnaSession session(ctx, ui, std::move(hooks));
+  if (options.today) session.today = *options.today;
+  if (!RunBnaCompanySteps(session)) return FinishRun(ui, "", "", 1, out, err);
+  // What the dialog does when it opens with this profile and the report is chosen.
+  BnaImportState& state = session.state;
+  SwitchBnaProfile(state.profiles, profile);
+  const BnaParameters params = ReadBnaParameters(state.profiles);
+  state.file_type = params.file_type;
+  state.checked_groups = params.checked_groups;
+  LoadDefinitions(state.profiles, state.checked_groups, state.definitions);
+  state.source_path = options.source;
+  const BnaImportResult result = RunBnaImportData(session);
+  return FinishRun(ui, result.report_text, result.report_path, result.completed ? 0 : 1, out, err);
 }
 
 int RunImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err) {
+  if (options.kind == "bna") return RunBnaImportCommand(options, out, err);
   const ImporterEntry* entry = FindImporterByKind(options.kind);
   if (entry == nullptr || entry->make == nullptr) {
     err << "nvtool: " << ImportNotAvailableText(entry ? entry->product : options.kind) << "\n";

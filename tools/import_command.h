@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/date.h"
+
 namespace nv {
 
 struct ImportCommandOptions {
@@ -26,6 +28,10 @@ struct ImportCommandOptions {
   // -> "yes", "no" or "cancel" (a question whose text runs on after the prompt, as a
   // date does, is answered by it too); choice-list message -> the text of the option.
   std::map<std::string, std::string> prompt_answers;
+  // bna: the profile (--profile FILE) and the date of STDDATE TODAY and of the notes
+  // (--today MM/DD/YYYY; the clock's when not given).
+  std::string bna_profile;
+  std::optional<Date> today;
 };
 
 // An option of one importer that answers one of its prompts.
@@ -46,6 +52,10 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
 // Exit status: 0 the import ran to its count, 1 it ended on an error or was refused, 2 an
 // option the run found wrong (an item id the panel does not have).
 int RunImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err);
+
+// nvtool import bna: the company steps, then one "Import Data" with the profile's
+// definitions, as the dialog would run it.
+int RunBnaImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err);
 
 class Importer;
 // The same with an importer of the caller's (the tests' own source product).

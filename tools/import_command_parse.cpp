@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 #include "base/ascii.h"
 #include "import/aicpa/aicpa_importer.h"
+#include "import/bna/bna_import.h"
 #include "import/dbs/dbs_importer.h"
 #include "import/faswin/faswin_importer.h"
 #include "import/importers.h"
@@ -53,6 +55,46 @@ std::string OptionValues(const ImporterOption& option) {
   return values;
 }
 
+// The --duplicates values, in the order of the duplicate modes.
+constexpr std::array<std::string_view, 4> kBnaDuplicatesValues{"combine", "replace", "ignore",
+                                                               "subasset"};
+
+// bna's options that are no answer to one prompt: 1 taken, 0 not one of them, -1 wrong
+// (the reason in *error).
+int ParseBnaOption(const std::string& arg, const std::string& value, ImportCommandOptions* options,
+                   std::string* error) {
+  if (arg == "--profile") {
+    options->bna_profile = value;
+    return 1;
+  }
+  if (arg == "--today") {
+    std::optional<Date> today = ParseDisplayDate(value);
+    if (!today || today->empty()) {
+      *error = "--today takes a date MM/DD/YYYY, not '" + value + "'";
+      return -1;
+    }
+    options->today = today;
+    return 1;
+  }
+  if (arg == "--duplicates") {
+    auto it = std::find(kBnaDuplicatesValues.begin(), kBnaDuplicatesValues.end(), value);
+    if (it == kBnaDuplicatesValues.end()) {
+      *error = "--duplicates takes combine|replace|ignore|subasset, not '" + value + "'";
+      return -1;
+    }
+    // The question of the profile's mode is confirmed when it is this one; otherwise the
+    // mode is changed through the list.
+    const auto wanted = static_cast<DuplicateMode>(it - kBnaDuplicatesValues.begin() + 1);
+    for (int m = 1; m <= 4; ++m) {
+      const auto mode = static_cast<DuplicateMode>(m);
+      options->prompt_answers[BnaDuplicateQuestion(mode)] = mode == wanted ? "yes" : "no";
+    }
+    options->prompt_answers[kBnaDuplicatesTitle] = BnaDuplicateOption(wanted);
+    return 1;
+  }
+  return 0;
+}
+
 }  // namespace
 
 const std::vector<ImporterOption>& ImporterOptions() {
@@ -86,6 +128,12 @@ const std::vector<ImporterOption>& ImporterOptions() {
        {{"yes", "yes"}, {"no", "no"}},
        false,
        "no"},
+      {"bna",
+       "--company-type",
+       kBnaCompanyTypeMessage,
+       {{"new", kBnaNewCompanyOption}, {"existing", kBnaExistingCompanyOption}},
+       false,
+       "new"},
   };
   return options;
 }
@@ -169,14 +217,24 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     *error = "unknown kind '" + options.kind + "' (kinds: " + kinds + ")";
     return std::nullopt;
   }
+  if (options.dry_run && options.kind == "bna") {
+    *error = "--dry-run is not available for bna";
+    return std::nullopt;
+  }
   if (options.schedule != 0 && options.kind != "faswin") {
     *error = "--schedule is an option of faswin only";
     return std::nullopt;
   }
   for (const auto& [arg, value] : own_options) {
+    if (options.kind == "bna") {
+      const int taken = ParseBnaOption(arg, value, &options, error);
+      if (taken < 0) return std::nullopt;
+      if (taken > 0) continue;
+    }
     const ImporterOption* option = FindImporterOption(options.kind, arg);
     if (option == nullptr) {
       std::string known = "--existing, --company, --match, --books, --dry-run";
+      if (options.kind == "bna") known += ", --profile, --today, --duplicates";
       for (const ImporterOption& o : ImporterOptions()) {
         if (o.kind == options.kind) known += ", " + std::string(o.option);
       }
@@ -201,6 +259,17 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     if (option.required && !options.prompt_answers.contains(prompt)) {
       *error = options.kind + " needs " + std::string(option.option) + " " + OptionValues(option);
       return std::nullopt;
+    }
+  }
+  if (options.kind == "bna") {
+    if (options.bna_profile.empty()) {
+      *error = "bna needs --profile FILE";
+      return std::nullopt;
+    }
+    // The profile's own mode when --duplicates does not say.
+    for (int m = 1; m <= 4; ++m) {
+      options.prompt_answers.try_emplace(BnaDuplicateQuestion(static_cast<DuplicateMode>(m)),
+                                         "yes");
     }
   }
   if (options.number.empty() || options.number.size() > kCompanyNumberLength ||

@@ -210,7 +210,7 @@ TEST_F(ImportCommandRunTest, RefusesBeforeTouchingAnything) {
   EXPECT_FALSE(PathExists(dir_.path() + "/NEWCO.A"));
 
   ImportCommandOptions not_built = options_;
-  not_built.kind = "bna";
+  not_built.kind = "lotus";  // no importer of this build
   std::ostringstream out, err;
   EXPECT_EQ(RunImportCommand(not_built, out, err), 1);
   EXPECT_NE(err.str().find("not available in this build"), std::string::npos);

@@ -23,6 +23,7 @@
 #include "store/file/status.h"
 #include "tools/barcode_command.h"
 #include "tools/company_json.h"
+#include "tools/export_command.h"
 #include "tools/export_text_command.h"
 #include "tools/import_command.h"
 #include "tools/json_writer.h"
@@ -47,11 +48,15 @@ constexpr char kUsage[] =
     "         aicpa: [--account asset|accumulated|expense] [--switch-sl yes|no]\n"
     "                [--without-dispositions yes|no]\n"
     "         faswin: [--delete-disposed yes|no|cancel] [--schedule LETTER]\n"
+    "         bna: --profile FILE [--company-type new|existing]\n"
+    "              [--duplicates combine|replace|ignore|subasset] [--today MM/DD/YYYY]\n"
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
     "  undo FOLDER NUMBER [--force]     restore the company as it was before its last import\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
     "                                   write the whole-company text file\n"
+    "  export FOLDER NUMBER DEFINITION [--all-companies] [--selection NAME] [--out FILE]\n"
+    "         [--replace]               run a stored export definition\n"
     "  select FOLDER NUMBER [--schedule LETTER] FIELD=TEXT|FIELD!=TEXT ...\n"
     "                                   the asset numbers an asset selection takes\n"
     "  barcode TEXT FILE.png [--module N] [--height N]\n"
@@ -507,6 +512,10 @@ int RunNvtool(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   if (command == "export-text") {
     const int status = RunExportTextCommand({args.begin() + 1, args.end()}, out, err);
+    return status == 2 ? Usage(err) : status;
+  }
+  if (command == "export") {
+    const int status = RunExportCommand({args.begin() + 1, args.end()}, out, err);
     return status == 2 ? Usage(err) : status;
   }
   if (command == "select") {

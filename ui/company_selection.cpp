@@ -17,10 +17,11 @@ std::optional<std::string> AskNewCompanyNumber(Ui& ui) {
 }
 
 std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial,
-                                               std::vector<std::string> listing) {
+                                               std::vector<std::string> listing,
+                                               std::string title) {
   TextEntryRequest request;
   request.listing = std::move(listing);
-  request.title = "Enter New Company Number";
+  request.title = std::move(title);
   request.prompt = std::move(prompt);
   request.initial = std::move(initial);
   request.allowed = kCompanyNumberCharacters;

@@ -61,8 +61,10 @@ std::string CompanyListLine(const NvMasterRec& company);
 // user gives a valid one or cancels. Upper case, trimmed.
 std::optional<std::string> AskNewCompanyNumber(Ui& ui);
 // The same with the entry's prompt and the number it opens with.
+inline constexpr char kNewCompanyNumberTitle[] = "Enter New Company Number";
 std::optional<std::string> AskNewCompanyNumber(Ui& ui, std::string prompt, std::string initial,
-                                               std::vector<std::string> listing = {});
+                                               std::vector<std::string> listing = {},
+                                               std::string title = kNewCompanyNumberTitle);
 
 // Takes the in-use lock of a company; tells the user who holds it when it is taken.
 bool TakeCompanyLock(const InstallationContext& context, std::string_view number,

@@ -49,6 +49,12 @@ std::optional<std::string> ProduceFieldValue(const ImportConversionList& list,
                                              const SpecialConversion& special) {
   const ConversionDefinition* d =
       schedule_name ? list.Find(ScheduleFieldName(field, *schedule_name)) : list.Find(field);
+  return ProduceDefinitionValue(d, columns, longest, special);
+}
+
+std::optional<std::string> ProduceDefinitionValue(const ConversionDefinition* d,
+                                                  const ColumnClass& columns, size_t longest,
+                                                  const SpecialConversion& special) {
   if (d == nullptr || !d->active || d->no_copy) return std::nullopt;
   std::optional<std::string> value;
   switch (d->method) {

@@ -31,6 +31,12 @@ std::string ScheduleFieldName(std::string_view field, std::string_view schedule_
 // The value is cut to `longest` characters, and a value of two or more characters that
 // begins and ends with a double quote loses both. With a schedule name the field is looked
 // up as ScheduleFieldName gives it, falling back to the plain name.
+// The same for a definition already looked up (nullptr: none), for callers that look their
+// fields up once per run.
+std::optional<std::string> ProduceDefinitionValue(const ConversionDefinition* definition,
+                                                  const ColumnClass& columns, size_t longest,
+                                                  const SpecialConversion& special);
+
 std::optional<std::string> ProduceFieldValue(const ImportConversionList& list,
                                              std::string_view field, const ColumnClass& columns,
                                              size_t longest,

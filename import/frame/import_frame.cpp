@@ -136,6 +136,10 @@ bool ChooseSourceFile(ImportRun& run) {
 }
 
 bool AskCompanyNumber(ImportRun& run, const std::string& default_number) {
+  return AskCompanyNumber(run, default_number, CompanyNumberForm::kNew);
+}
+
+bool AskCompanyNumber(ImportRun& run, const std::string& default_number, CompanyNumberForm form) {
   std::string initial = AsciiUpper(TrimBlanks(default_number));
   if (initial.size() > kCompanyNumberLength) initial.resize(kCompanyNumberLength);
   // The companies there are already, as the company list shows them.
@@ -149,7 +153,8 @@ bool AskCompanyNumber(ImportRun& run, const std::string& default_number) {
   }
   std::optional<std::string> number = AskNewCompanyNumber(
       run.ui(), StrPrintf(kCompanyNumberPrompt, run.context().product_name().c_str()), initial,
-      std::move(listing));
+      std::move(listing),
+      form == CompanyNumberForm::kExisting ? kExistingCompanyNumberTitle : kNewCompanyNumberTitle);
   if (!number) return false;
   run.state().company_number = *number;
   return true;

@@ -216,6 +216,11 @@ ImportResult RunImport(const InstallationContext& context, Ui& ui, Importer& imp
 // The steps, for importers with variants of their own and for tests.
 bool ChooseSourceFile(ImportRun& run);
 bool AskCompanyNumber(ImportRun& run, const std::string& default_number);
+// The entry of a number that names a company there is already: the same entry under its
+// own title. A number of no company there still goes on as a new company.
+inline constexpr char kExistingCompanyNumberTitle[] = "Enter Company Number";
+enum class CompanyNumberForm { kNew, kExisting };
+bool AskCompanyNumber(ImportRun& run, const std::string& default_number, CompanyNumberForm form);
 int ResolveExistingCompany(ImportRun& run);
 int RunSetupLoop(ImportRun& run);
 void ReportCount(ImportRun& run, long count, std::string_view details);
