@@ -50,7 +50,10 @@ bool TImportApp::LoadInstallation(int* exit_code) {
 CommandEffects TImportApp::Run(ProgramMode mode, int id, const std::function<void()>& disable) {
   // Commands cannot arrive before the installation is loaded: the frame is shown after.
   if (!context_) return {};
-  if (mode == ProgramMode::kImport) return RunImportCommand(id, *context_, ui_);
+  if (mode == ProgramMode::kImport) {
+    const auto* window = qobject_cast<const NVImportMainwin*>(client_);
+    return RunImportCommand(id, *context_, ui_, window ? window->state() : ImportWindowState{});
+  }
   return RunExportCommand(id, *context_, ui_, disable);
 }
 

@@ -1,5 +1,6 @@
 #include "gui/import_mainwin.h"
 
+#include <QCheckBox>
 #include <QPainter>
 #include <QPushButton>
 #include <algorithm>
@@ -26,6 +27,19 @@ NVImportMainwin::NVImportMainwin(long label_code, CommandRunner runner, QWidget*
     return QRect(kMargin + (index / kRows) * kColumnStep, kMargin + (index % kRows) * kRowStep,
                  kButtonWidth, kButtonHeight);
   });
+  // The rows the last column of importers leaves free.
+  const int x = kMargin + kOptionsColumn * kColumnStep;
+  test_import_ = new QCheckBox(QString::fromLatin1(kTestImportCheckBox), this);
+  test_import_->setObjectName(QStringLiteral("testImport"));
+  test_import_->setGeometry(x, kMargin + kRowStep, kButtonWidth, kButtonHeight);
+  undo_ = new QPushButton(QString::fromLatin1(kUndoImportButton), this);
+  undo_->setObjectName(QStringLiteral("undoImport"));
+  undo_->setGeometry(x, kMargin + 2 * kRowStep, kButtonWidth, kButtonHeight);
+  connect(undo_, &QPushButton::clicked, this, [this] { RunCommand(kUndoImportCommand); });
+}
+
+ImportWindowState NVImportMainwin::state() const {
+  return {.test_import = test_import_->isChecked()};
 }
 
 namespace {

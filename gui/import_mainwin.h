@@ -10,6 +10,8 @@
 #include <QColor>
 #include <QString>
 
+class QCheckBox;
+
 #include "gui/main_client_window.h"
 
 namespace nv {
@@ -31,6 +33,15 @@ class NVImportMainwin : public MainClientWindow {
 
   NVImportMainwin(long label_code, CommandRunner runner, QWidget* parent = nullptr);
 
+  // Under the last importer's button: the "Test import" check box (off at first), then
+  // the button that undoes a company's last import.
+  static constexpr int kOptionsColumn = 2;
+
+  QCheckBox* testImportBox() const { return test_import_; }
+  QPushButton* undoButton() const { return undo_; }
+  // What the commands must know of the window: whether imports are test imports.
+  ImportWindowState state() const;
+
   QString bannerText() const { return banner_.text; }
   QColor bannerColor() const { return banner_.color; }
 
@@ -49,6 +60,8 @@ class NVImportMainwin : public MainClientWindow {
   QPoint BannerOrigin() const;
 
   Banner banner_;
+  QCheckBox* test_import_ = nullptr;
+  QPushButton* undo_ = nullptr;
 };
 
 }  // namespace nv

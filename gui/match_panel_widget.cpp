@@ -50,6 +50,13 @@ MatchPanelWidget::MatchPanelWidget(MatchPanel& panel, QWidget* parent)
   cancel_ = new QPushButton(QStringLiteral("Cancel"), this);
   cancel_->setObjectName(QStringLiteral("mapCancel%1").arg(kMatchPanelCancel));
   cancel_->setGeometry(ToQRect(panel_.cancel_button()));
+  reset_ = new QPushButton(QStringLiteral("Reset"), this);
+  reset_->setObjectName(QStringLiteral("mapReset"));
+  reset_->setGeometry(ToQRect(panel_.reset_button()));
+  connect(reset_, &QPushButton::clicked, this, [this] {
+    panel_.ResetToStandardMatches();
+    update();
+  });
 }
 
 void MatchPanelWidget::PaintInstruction(QPainter& painter, int top, const QString& before,

@@ -1,6 +1,6 @@
 // The matching panel's window content: paints a MatchPanel (the two instruction lines,
 // the column headings, the items) and turns the left mouse button into the model's
-// Press, Move and Release. OK and Cancel are real push buttons at the model's places;
+// Press, Move and Release. OK, Cancel and Reset are real push buttons at the model's places;
 // the dialog around the widget (QtUi::RunMatchPanel) connects them.
 #pragma once
 
@@ -27,6 +27,8 @@ class MatchPanelWidget : public QWidget {
   MatchPanel& panel() const { return panel_; }
   QPushButton* okButton() const { return ok_; }
   QPushButton* cancelButton() const { return cancel_; }
+  // Returns the panel to the importer's own pre-set matches.
+  QPushButton* resetButton() const { return reset_; }
 
   // 15-pixel Arial (bold for the heading words), or the nearest sans-serif face.
   static QFont InstructionFont(bool bold);
@@ -48,6 +50,7 @@ class MatchPanelWidget : public QWidget {
   MatchPanel& panel_;
   QPushButton* ok_ = nullptr;
   QPushButton* cancel_ = nullptr;
+  QPushButton* reset_ = nullptr;
 };
 
 }  // namespace nv

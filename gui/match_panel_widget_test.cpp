@@ -63,6 +63,27 @@ class MatchPanelWidgetTest : public QObject {
     QCOMPARE(panel.dragged(), nullptr);
   }
 
+  // A panel opened with the pairs remembered from last time: Reset, a button under Cancel,
+  // puts back the importer's own and repaints.
+  void ResetButtonReturnsToTheImportersOwnMatches() {
+    MatchPanel panel("FAS to KEL data field conversion", "KEL Data Field", "FAS Data Field");
+    FillFieldPanel(panel);
+    QVERIFY(panel.SetMatch(201, 103));
+    QVERIFY(panel.SetMatch(204, 104));
+    panel.SetStandardMatches({{201, 101}});
+    panel.BeginRun();
+    MatchPanelWidget widget(panel);
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    QCOMPARE(widget.resetButton()->text(), QStringLiteral("Reset"));
+    QVERIFY(!widget.resetButton()->geometry().intersects(widget.cancelButton()->geometry()));
+    QVERIFY(widget.rect().contains(widget.resetButton()->geometry()));
+    const QImage before = widget.grab().toImage();
+    QTest::mouseClick(widget.resetButton(), Qt::LeftButton);
+    QCOMPARE(panel.Matches(), (std::vector<std::pair<int, int>>{{201, 101}}));
+    QVERIFY(widget.grab().toImage() != before);
+  }
+
   // Writes the panel as a person sees it to gui/screenshots/match_panel.png in the build
   // tree, and checks that a pair and a loose item do not look alike.
   void Screenshot() {

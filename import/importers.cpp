@@ -6,6 +6,7 @@
 #include "import/dbs/dbs_importer.h"
 #include "import/fas1000/fas1000_importer.h"
 #include "import/faswin/faswin_importer.h"
+#include "import/frame/dry_run.h"
 #include "import/mba/mba_importer.h"
 #include "import/pcfas/pcfas_importer.h"
 
@@ -44,13 +45,18 @@ std::string ImportNotAvailableText(std::string_view source) {
   return "Importing from " + std::string(source) + " is not available in this build.";
 }
 
-void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui) {
+void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui,
+                        bool test_import) {
   if (entry.make == nullptr) {
     ui.Message(ImportNotAvailableText(entry.product), "Note");
     return;
   }
   std::unique_ptr<Importer> importer = entry.make();
-  static_cast<void>(RunImport(ctx, ui, *importer));
+  if (test_import) {
+    static_cast<void>(TestImport(ctx, ui, *importer));
+  } else {
+    static_cast<void>(RunImport(ctx, ui, *importer));
+  }
 }
 
 }  // namespace nv

@@ -26,8 +26,10 @@ const ImporterEntry* FindImporterByKind(std::string_view kind);
 const ImporterEntry* FindImporterByCommand(int command);
 
 // Runs one import from the import window: the whole frame, or the note that the
-// importer is not part of this build.
-void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui);
+// importer is not part of this build. A test import (import/frame/dry_run.h) changes
+// nothing and shows what the import would do.
+void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui,
+                        bool test_import = false);
 
 // The note an import whose converter is not part of this build shows in its place.
 std::string ImportNotAvailableText(std::string_view source);

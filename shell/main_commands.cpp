@@ -3,7 +3,10 @@
 #include <algorithm>
 
 #include "export/exporters.h"
+#include "import/frame/import_backup.h"
 #include "import/importers.h"
+#include "store/company/master_file.h"
+#include "ui/company_selection.h"
 
 namespace nv {
 namespace {
@@ -30,6 +33,25 @@ CommandEffects RunOneExport(void (*exporter)(const InstallationContext&, Ui&),
   return {.close_window = true, .disable_export_buttons = true};
 }
 
+// Which company, from the company list as it is now; then the undo, which tells the
+// outcome itself.
+void UndoImportCommand(const InstallationContext& ctx, Ui& ui) {
+  MasterFile master;
+  master.subfolders = ctx.current.subfolders;
+  if (ReadMasterFile(ctx.data_directory(), &master) != MasterFileStatus::kOk) {
+    ui.Message("Unable to read Master File", "Error");
+    return;
+  }
+  ChoiceListRequest request;
+  request.message = kUndoWhichCompany;
+  for (const NvMasterRec& company : master.companies) {
+    request.options.push_back({CompanyListLine(company), -1});
+  }
+  const int chosen = ui.ChoiceList(request);
+  if (chosen < 0 || static_cast<size_t>(chosen) >= master.companies.size()) return;
+  static_cast<void>(UndoLastImport(ctx, master.companies[static_cast<size_t>(chosen)].number, ui));
+}
+
 }  // namespace
 
 std::span<const MainCommand> ImportWindowCommands() {
@@ -52,12 +74,15 @@ std::string_view ExportHelpTopic() {
   return "nvsy0xnp.html";
 }
 
-CommandEffects RunImportCommand(int id, const InstallationContext& ctx, Ui& ui) {
+CommandEffects RunImportCommand(int id, const InstallationContext& ctx, Ui& ui,
+                                const ImportWindowState& window) {
   if (id == kCloseCommand) return {.close_window = true};
   if (id == kHelpCommand) {
     ui.ShowHelp(ImportHelpTopic());
+  } else if (id == kUndoImportCommand) {
+    UndoImportCommand(ctx, ui);
   } else if (const ImporterEntry* importer = FindImporterByCommand(id)) {
-    RunImporterCommand(*importer, ctx, ui);
+    RunImporterCommand(*importer, ctx, ui, window.test_import);
   }
   return {};
 }

@@ -35,9 +35,22 @@ struct CommandEffects {
   bool disable_export_buttons = false;
 };
 
+// The import window's controls beside its command table: the "Test import" check box
+// (off until ticked) and the button that undoes a company's last import.
+inline constexpr int kUndoImportCommand = 110;
+inline constexpr char kUndoImportButton[] = "Undo Last Import";
+inline constexpr char kTestImportCheckBox[] = "Test import";
+inline constexpr char kUndoWhichCompany[] = "Undo the last import into which company?";
+
+struct ImportWindowState {
+  bool test_import = false;  // run the importers as test imports
+};
+
 // Runs one command of the import window to completion. An id the window does not have
-// does nothing.
-CommandEffects RunImportCommand(int id, const InstallationContext& ctx, Ui& ui);
+// does nothing. kUndoImportCommand asks for the company from the company list and
+// restores it as it was before its last import.
+CommandEffects RunImportCommand(int id, const InstallationContext& ctx, Ui& ui,
+                                const ImportWindowState& window = {});
 
 // Runs one command of the export window to completion. For 205 the question is asked
 // first; disable_export_buttons is called BEFORE an export runs so the window can grey

@@ -4,6 +4,10 @@
 
 #include <vector>
 
+#include "base/file_util.h"
+#include "base/temp_dir_testing.h"
+#include "import/frame/frame_testing.h"
+#include "store/company/asset_testing.h"
 #include "ui/scripted_ui_testing.h"
 
 namespace nv {
@@ -25,6 +29,27 @@ TEST(MainCommands, EveryImportButtonKeepsTheWindowAndNoExportRunsThere) {
               command.id == kCloseCommand || command.id == kHelpCommand)
         << command.id;
   }
+}
+
+// With the window's "Test import" ticked an importer runs in full but changes nothing;
+// unticked, the same answers import.
+TEST(MainCommands, TheTestImportBoxMakesEveryImportATestImport) {
+  TempDir dir;
+  const InstallationContext ctx = testing::ContextFor(dir.path());
+  const std::string script =
+      "file " + std::string(NV_SOURCE_DIR) + "/testdata/mba/mbademo.txt\ntext MBADEMO\nsave\nyes\n";
+  auto tested = Script(script);
+  RunImportCommand(108, ctx, *tested, {.test_import = true});
+  EXPECT_FALSE(tested->failed()) << tested->transcript();
+  EXPECT_NE(tested->transcript().find("text=\"Test import: 6 assets would be copied."),
+            std::string::npos)
+      << tested->transcript();
+  EXPECT_TRUE(testing::FolderSnapshot(dir.path()).empty());
+
+  auto real = Script(script);
+  RunImportCommand(108, ctx, *real);
+  EXPECT_NE(real->transcript().find("text=\"6 assets copied.\""), std::string::npos);
+  EXPECT_TRUE(PathExists(dir.File("MBADEMO.A")));
 }
 
 TEST(MainCommands, CloseAndHelpOfBothWindows) {

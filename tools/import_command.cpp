@@ -9,6 +9,7 @@
 #include "base/str_format.h"
 #include "import/bna/bna_import.h"
 #include "import/faswin/faswin_importer.h"
+#include "import/frame/dry_run.h"
 #include "import/importers.h"
 #include "tools/company_json.h"
 #include "tools/nvtool_context.h"
@@ -310,9 +311,15 @@ int RunImportCommandWith(Importer& importer, const ImportCommandOptions& options
   OptionsUi ui(options);
   ui.set_product(ctx.product_name());
   ui.set_sink(&out);
-  const ImportResult result = RunImport(ctx, ui, importer, std::move(hooks));
-  return FinishRun(ui, result.report_text, result.report_path,
-                   result.outcome == ImportOutcome::kCompleted ? 0 : 1, out, err);
+  const ImportResult result = options.dry_run ? TestImport(ctx, ui, importer, std::move(hooks))
+                                              : RunImport(ctx, ui, importer, std::move(hooks));
+  const int status = FinishRun(ui, result.report_text, result.report_path,
+                               result.outcome == ImportOutcome::kCompleted ? 0 : 1, out, err);
+  if (!result.backup_folder.empty()) {
+    out << "the company as it was before is backed up in " << result.backup_folder
+        << " (nvtool undo " << options.folder << " " << options.number << ")\n";
+  }
+  return status;
 }
 
 int RunBnaImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err) {

@@ -22,7 +22,8 @@ struct ImportCommandOptions {
   std::string company_json;                  // --company FILE.json
   std::vector<std::pair<int, int>> matches;  // --match DEST=SRC (SRC 0 unpairs)
   std::vector<std::pair<char, int>> books;   // --books LETTER=BOOK (BOOK 0 unpairs)
-  char schedule = 0;  // --schedule LETTER (faswin CSV); 0: the company's first schedule
+  char schedule = 0;     // --schedule LETTER (faswin CSV); 0: the company's first schedule
+  bool dry_run = false;  // --dry-run: a test import into a scratch copy; nothing changes
   // The importer's own options (ImporterOptions), as answers to its prompts: question text
   // -> "yes", "no" or "cancel" (a question whose text runs on after the prompt, as a
   // date does, is answered by it too); choice-list message -> the text of the option.

@@ -149,6 +149,10 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
       positional.push_back(arg);
       continue;
     }
+    if (arg == "--dry-run") {
+      options.dry_run = true;
+      continue;
+    }
     if (i + 1 >= args.size()) {
       *error = arg + " needs a value";
       return std::nullopt;
@@ -213,6 +217,10 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     *error = "unknown kind '" + options.kind + "' (kinds: " + kinds + ")";
     return std::nullopt;
   }
+  if (options.dry_run && options.kind == "bna") {
+    *error = "--dry-run is not available for bna";
+    return std::nullopt;
+  }
   if (options.schedule != 0 && options.kind != "faswin") {
     *error = "--schedule is an option of faswin only";
     return std::nullopt;
@@ -225,7 +233,7 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     }
     const ImporterOption* option = FindImporterOption(options.kind, arg);
     if (option == nullptr) {
-      std::string known = "--existing, --company, --match, --books";
+      std::string known = "--existing, --company, --match, --books, --dry-run";
       if (options.kind == "bna") known += ", --profile, --today, --duplicates";
       for (const ImporterOption& o : ImporterOptions()) {
         if (o.kind == options.kind) known += ", " + std::string(o.option);

@@ -29,6 +29,7 @@
 #include "tools/json_writer.h"
 #include "tools/nvtool_context.h"
 #include "tools/select_command.h"
+#include "tools/undo_command.h"
 #include "ui/scripted_ui.h"
 
 namespace nv {
@@ -43,6 +44,7 @@ constexpr char kUsage[] =
     "  load FOLDER NUMBER FILE.json     add the document's assets (creating the company)\n"
     "  import KIND SOURCE FOLDER NUMBER [--existing select|erase|add|abort]\n"
     "         [--company FILE.json] [--match DEST=SRC,...] [--books LETTER=BOOK,...]\n"
+    "         [--dry-run]\n"
     "         aicpa: [--account asset|accumulated|expense] [--switch-sl yes|no]\n"
     "                [--without-dispositions yes|no]\n"
     "         faswin: [--delete-disposed yes|no|cancel] [--schedule LETTER]\n"
@@ -50,6 +52,7 @@ constexpr char kUsage[] =
     "              [--duplicates combine|replace|ignore|subasset] [--today MM/DD/YYYY]\n"
     "                                   run an importer (KIND: pcfas, fas1000, faswin,\n"
     "                                   aicpa, text, mba, bna)\n"
+    "  undo FOLDER NUMBER [--force]     restore the company as it was before its last import\n"
     "  export-text FOLDER NUMBER FILE --type tab|comma|fixed|fixed-nolines [--replace]\n"
     "                                   write the whole-company text file\n"
     "  export FOLDER NUMBER DEFINITION [--all-companies] [--selection NAME] [--out FILE]\n"
@@ -517,6 +520,10 @@ int RunNvtool(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   if (command == "select") {
     const int status = RunSelectCommand({args.begin() + 1, args.end()}, out, err);
+    return status == 2 ? Usage(err) : status;
+  }
+  if (command == "undo") {
+    const int status = RunUndoCommand({args.begin() + 1, args.end()}, out, err);
     return status == 2 ? Usage(err) : status;
   }
   if (command == "barcode") {

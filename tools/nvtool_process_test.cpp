@@ -353,4 +353,40 @@ TEST_F(NvtoolProcessTest, RefusalIsOneLineNamingTheHolder) {
 
 }  // namespace
 }  // namespace nv
+
+namespace nv {
+namespace {
+
+// The pairs a matching panel's transcript line lists after `field`=.
+std::string PanelPairs(const std::string& out, const std::string& field) {
+  const size_t panel = out.find("match-panel ");
+  if (panel == std::string::npos) return "(no panel)";
+  const size_t at = out.find(" " + field + "=[", panel);
+  if (at == std::string::npos) return "(no " + field + ")";
+  const size_t from = at + field.size() + 3;
+  return out.substr(from, out.find(']', from) - from);
+}
+
+// A matching confirmed by one nvtool is what the next one, a new process, opens with; a
+// person of another name still gets the importer's own.
+TEST_F(NvtoolProcessTest, AConfirmedMatchingIsTheNextProcesssPreset) {
+  const std::string data = dir_.File("data");
+  ASSERT_TRUE(MakeDirectories(data));
+  const std::string source = std::string(NV_SOURCE_DIR) + "/testdata/pcfas/LAKESIDE/COMPANY1.FAS";
+  const ToolRun first =
+      Nvtool({"import", "pcfas", source, data, "ONE", "--match", "202=103,201=102"}, dir_.path());
+  ASSERT_EQ(first.status, 0) << first.out << first.err;
+  const ToolRun second = Nvtool({"import", "pcfas", source, data, "TWO"}, dir_.path());
+  ASSERT_EQ(second.status, 0) << second.out << second.err;
+  EXPECT_EQ(PanelPairs(second.out, "preset"), PanelPairs(first.out, "pairs"));
+  EXPECT_NE(PanelPairs(second.out, "preset"), PanelPairs(first.out, "preset"));
+
+  const ToolRun other =
+      RunTogether({{{"import", "pcfas", source, data, "THREE"}, "SOMEONE ELSE"}}, dir_.path())[0];
+  ASSERT_EQ(other.status, 0) << other.out << other.err;
+  EXPECT_EQ(PanelPairs(other.out, "preset"), PanelPairs(first.out, "preset"));
+}
+
+}  // namespace
+}  // namespace nv
 #endif  // _WIN32

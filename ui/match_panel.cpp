@@ -51,6 +51,10 @@ MapRect MatchPanel::cancel_button() const {
   return {kWidth - 80, 98, kButtonWidth, kButtonHeight};
 }
 
+MapRect MatchPanel::reset_button() const {
+  return {kWidth - 80, 121, kButtonWidth, kButtonHeight};
+}
+
 bool MatchPanel::AddSource(int id, std::string_view text) {
   return Add(id, text, mapIcon::Kind::kSource);
 }
@@ -222,6 +226,24 @@ void MatchPanel::ResetToPresetMatches() {
   }
   // Both ids of every kept pair are still items: items are never removed.
   for (const auto& [destination, source] : preset_) SetMatch(destination, source);
+}
+
+void MatchPanel::SetStandardMatches(std::vector<std::pair<int, int>> pairs) {
+  standard_ = std::move(pairs);
+}
+
+void MatchPanel::ResetToStandardMatches() {
+  if (!standard_) {
+    ResetToPresetMatches();
+    return;
+  }
+  if (drag_index_ >= 0) SendHome(items_[static_cast<size_t>(drag_index_)]);
+  drag_index_ = -1;
+  for (mapIcon& item : items_) {
+    if (item.kind == mapIcon::Kind::kSource) SendHome(item);
+  }
+  // A pair naming an item the panel lacks changes nothing (SetMatch refuses it).
+  for (const auto& [destination, source] : *standard_) SetMatch(destination, source);
 }
 
 int ExecuteMatchPanel(Ui& ui, MatchPanel& panel, bool every_destination_paired) {

@@ -10,6 +10,7 @@
 //                         (column 0 destinations, 1 sources; row in the order added)
 //   paired source         right beside its destination: x = destination x + 125, same y
 //   OK (id 1), Cancel (2) 70 x 20 at x = panel width - 80, y = 75 and y = 98
+//   Reset                 70 x 20 under Cancel, y = 121
 //   panel (on screen)     600 wide, centred horizontally; 200 high at first, raised by
 //                         each added item to caption height + (row + 1) * 23 + 75 when
 //                         that is more, and centred vertically, never above the screen
@@ -110,6 +111,7 @@ class MatchPanel {
   const MapRect& frame() const { return frame_; }
   MapRect ok_button() const;
   MapRect cancel_button() const;
+  MapRect reset_button() const;
 
   // Adds an item at the end of its column. An id below 1 or one already used adds nothing
   // and gives false: 0 stands for "unpaired" and every id names one item.
@@ -151,6 +153,12 @@ class MatchPanel {
   void BeginRun();
   // Back to the pre-set matches (or those in place now, before the panel first opened).
   void ResetToPresetMatches();
+  // The importer's own pre-set matches, when the panel opens with others (the ones a
+  // person confirmed last time): what Reset returns to. Without them Reset returns to the
+  // pre-set matches.
+  void SetStandardMatches(std::vector<std::pair<int, int>> pairs);
+  // Reset: every source home, then the standard matches placed.
+  void ResetToStandardMatches();
   // The pre-set matches as (destination, source) pairs.
   const std::vector<std::pair<int, int>>& preset_matches() const { return preset_; }
   // The pairs in force, by destination in the order added.
@@ -176,6 +184,7 @@ class MatchPanel {
   int grab_dx_ = 0, grab_dy_ = 0;  // where in the dragged item the mouse holds it
   bool ran_ = false;
   std::vector<std::pair<int, int>> preset_;
+  std::optional<std::vector<std::pair<int, int>>> standard_;
 };
 
 // Runs the panel through the Ui. With `every_destination_paired`, an OK that leaves a

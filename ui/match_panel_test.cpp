@@ -225,6 +225,19 @@ TEST(MatchPanel, ResetReturnsToThePresetMatches) {
   EXPECT_EQ(panel.dragged(), nullptr);
 }
 
+TEST(MatchPanel, ResetGoesToTheStandardMatchesWhenThePanelOpenedWithOthers) {
+  MatchPanel panel = BookPanel();
+  ASSERT_TRUE(panel.SetMatch(201, 103));  // opened with the pairs remembered from last time
+  panel.SetStandardMatches({{201, 101}, {202, 102}, {209, 101}});  // 209 is no item
+  panel.BeginRun();
+  ASSERT_TRUE(panel.SetMatch(203, 104));
+  panel.ResetToStandardMatches();
+  EXPECT_EQ(panel.Matches(), (Pairs{{201, 101}, {202, 102}}));
+  for (int id : {103, 104}) EXPECT_TRUE(AtHome(panel, id)) << id;
+  panel.ResetToPresetMatches();  // the pairs it opened with are still at hand
+  EXPECT_EQ(panel.Matches(), (Pairs{{201, 103}}));
+}
+
 TEST(ExecuteMatchPanel, AsksAgainUntilEveryDestinationIsPairedOrCancelled) {
   MatchPanel panel = BookPanel();
   ASSERT_TRUE(panel.SetMatch(201, 101));

@@ -116,6 +116,7 @@ constexpr Directive kDirectives[] = {
     {"delete", Kind::kDelete, Directive::kText},
     {"scan", Kind::kScan, Directive::kText},
     {"bna", Kind::kBna, Directive::kBnaCommand},
+    {"reset", Kind::kReset, Directive::kNone},
 };
 
 // The BNA dialog's commands: the word after "bna", and whether a text follows it.
@@ -651,11 +652,17 @@ int ScriptedUi::RunMatchPanel(MatchPanel& panel) {
                      FormatPairs(panel.Matches(), ", ") + "] -> ";
   std::string error;
   int result = kMatchPanelCancel;
-  // Every `match` answer takes one more turn, so the answers bound the loop.
+  // Every `match` or `reset` answer takes one more turn, so the answers bound the loop.
   for (;;) {
-    const ScriptAnswer* a = TakeAnswer(
-        "a matching panel", {Kind::kMatch, Kind::kOk, Kind::kCancel, Kind::kClose}, &error);
+    const ScriptAnswer* a =
+        TakeAnswer("a matching panel",
+                   {Kind::kMatch, Kind::kReset, Kind::kOk, Kind::kCancel, Kind::kClose}, &error);
     if (!a) break;
+    if (a->kind == Kind::kReset) {
+      line += "reset, ";
+      panel.ResetToStandardMatches();
+      continue;
+    }
     if (a->kind != Kind::kMatch) {
       if (a->kind == Kind::kOk) result = kMatchPanelOk;
       break;

@@ -21,6 +21,8 @@
 //                            SRC, by their ids (SRC 0 unpairs DEST), in the order written;
 //                            one or more pairs a line, any number of lines, then the line
 //                            that ends the panel:
+//   reset                    matching panel: Reset (back to the importer's own pre-set
+//                            matches), then more `match` lines or the line that ends it
 //   ok                       matching panel: OK
 //   field NAME VALUE         company screen or text-file screen: sets field NAME (a
 //                            script name of ui/company_screen.h or ui/text_file_screen.h)
@@ -208,7 +210,8 @@ struct ScriptAnswer {
     kSaveAll,
     kDelete,
     kScan,
-    kBna
+    kBna,
+    kReset
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position

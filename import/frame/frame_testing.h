@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdlib>
+#include <filesystem>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -97,6 +99,21 @@ class TinyImporter : public Importer {
   ImportDescriptor descriptor_;
   std::string text_;
 };
+
+// Every file under `root` (relative path -> bytes), for telling whether a run changed any.
+// Paths that begin with one of `skip` are left out.
+inline std::map<std::string, std::string> FolderSnapshot(
+    const std::string& root, const std::vector<std::string>& skip = {}) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    if (!entry.is_regular_file()) continue;
+    const std::string relative = std::filesystem::relative(entry.path(), root).string();
+    bool skipped = false;
+    for (const std::string& prefix : skip) skipped |= relative.starts_with(prefix);
+    if (!skipped) files[relative] = ReadFileBytes(entry.path().string()).value_or("(unreadable)");
+  }
+  return files;
+}
 
 inline ImportDescriptor TinyDescriptor() {
   ImportDescriptor d;

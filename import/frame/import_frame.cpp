@@ -7,6 +7,7 @@
 #include "base/file_util.h"
 #include "base/path.h"
 #include "base/str_format.h"
+#include "import/frame/import_backup.h"
 #include "store/asset/asset.h"
 #include "store/company/master_file.h"
 #include "store/company/permissions.h"
@@ -33,6 +34,14 @@ ImportRun::~ImportRun() {
 int ImportRun::ReleaseCompany() {
   int status = 0;
   if (company_ && company_->is_open()) status = company_->Close();
+  if (!state_.backup_folder.empty()) {
+    // Still under the lock, so nobody has written to the company since the import did.
+    // A backup without its record is still there to be restored by a forced undo.
+    static_cast<void>(SettleImportBackup(state_.backup_folder,
+                                         CompanyFolder(context_, state_.company_number),
+                                         state_.company_number));
+    state_.backup_folder.clear();
+  }
   lock_.Release();
   return status;
 }
@@ -66,6 +75,13 @@ bool EnterIntoCompanyList(const InstallationContext& context, const std::string&
   }
   if (!listed) InsertMasterRec(&master.companies, {number, name});
   return WriteMasterFile(context.data_directory(), master) == MasterFileStatus::kOk;
+}
+
+bool BackUpBeforeChange(ImportRun& run) {
+  std::optional<std::string> folder = BackUpBeforeImport(run.company(), run.ui());
+  if (!folder) return false;
+  run.state().backup_folder = *folder;
+  return true;
 }
 
 int EraseAllAssets(NvCompany& company) {
@@ -231,6 +247,10 @@ int ResolveExistingCompany(ImportRun& run) {
           run.RenewCompany();
           return kResolveOtherNumber;
         }
+        if (!BackUpBeforeChange(run)) {
+          run.RenewCompany();
+          return kResolveAbort;
+        }
         if (int rc = EraseAllAssets(run.company()); rc < 0) {
           MessageF(run.ui(), "Error", kUnableToOpenMessage, state.company_number.c_str());
           run.RenewCompany();
@@ -243,6 +263,10 @@ int ResolveExistingCompany(ImportRun& run) {
         if (!AskYes(run.ui(), DefaultButton::kNo, "%s", run.importer().AddQuestion(run).c_str())) {
           run.RenewCompany();
           return kResolveOtherNumber;
+        }
+        if (!BackUpBeforeChange(run)) {
+          run.RenewCompany();
+          return kResolveAbort;
         }
         state.new_company = false;
         state.setup_screen = descriptor.existing.setup_screen_after_add;
@@ -270,7 +294,7 @@ int ResolveExistingCompany(ImportRun& run) {
 }
 
 void ReportCount(ImportRun& run, long count, std::string_view details) {
-  run.ui().MessageWithDetails(StrPrintf(kAssetsCopiedMessage, static_cast<int>(count)), "Done",
+  run.ui().MessageWithDetails(StrPrintf(run.hooks().count_message, static_cast<int>(count)), "Done",
                               details);
 }
 
@@ -359,17 +383,24 @@ ImportResult RunImport(const InstallationContext& context, Ui& ui, Importer& imp
   int resolved = kResolveOtherNumber;
   while (resolved == kResolveOtherNumber) {
     if (!AskCompanyNumber(run, importer_hooks.DefaultCompanyNumber(run))) return result;
+    if (run.hooks().company_chosen && !run.hooks().company_chosen(run.state().company_number)) {
+      continue;
+    }
     resolved = ResolveExistingCompany(run);
   }
   if (resolved != kResolveGoOn) return result;
   if (!importer_hooks.Match(run)) return result;
 
   NvCompany& company = run.company();
-  run.report().SetCompany(company.number(), company.folder());
+  run.report().SetCompany(company.number(), run.hooks().report_folder
+                                                ? run.hooks().report_folder(company.folder())
+                                                : company.folder());
   AddStep add(run);
   const bool copied = importer_hooks.CopyAssets(run, add);
   const bool finished = add.Finish();
+  const std::string backup = run.state().backup_folder;
   const int closed = run.ReleaseCompany();
+  if (!backup.empty() && PathExists(backup)) result.backup_folder = backup;
   result.added = add.added();
   result.outcome =
       copied && finished && closed >= 0 ? ImportOutcome::kCompleted : ImportOutcome::kFailed;

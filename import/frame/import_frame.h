@@ -115,6 +115,13 @@ class Importer {
 struct ImportHooks {
   // Changes the company record before the setup screen first shows it.
   std::function<void(NvCompanyRecord& record)> before_setup_screen;
+  // Called with each company number entered, before anything is done with it; false
+  // asks for the number again, as a company in use does.
+  std::function<bool(const std::string& number)> company_chosen;
+  // The count's message ("%d assets copied.").
+  const char* count_message = kAssetsCopiedMessage;
+  // The folder the report names for the company's files, given the one written to.
+  std::function<std::string(const std::string& folder)> report_folder;
 };
 
 class ImportRun {
@@ -135,8 +142,9 @@ class ImportRun {
   ImportReport& report() { return report_; }
   const ImportHooks& hooks() const { return hooks_; }
 
-  // Closes the company (writing it when it is open for writing) and lets its lock go.
-  // Returns the close status (0 when nothing was open).
+  // Closes the company (writing it when it is open for writing), settles the backup made
+  // before the import changed it, and lets its lock go. Returns the close status (0 when
+  // nothing was open).
   int ReleaseCompany();
   // A new, empty company object (the old one released).
   void RenewCompany();
@@ -196,8 +204,9 @@ enum class ImportOutcome {
 struct ImportResult {
   ImportOutcome outcome = ImportOutcome::kEnded;
   long added = 0;
-  std::string report_text;  // when copying started
-  std::string report_path;  // where the report was written ("" when it was not)
+  std::string report_text;    // when copying started
+  std::string report_path;    // where the report was written ("" when it was not)
+  std::string backup_folder;  // the company's files before the import ("" when none)
 };
 
 // Runs one import to its end.
@@ -221,6 +230,9 @@ bool CompanyFilesExist(const InstallationContext& context, std::string_view numb
 // Enters the company into MASTER.A, or gives its entry the company's name.
 bool EnterIntoCompanyList(const InstallationContext& context, const std::string& number,
                           const std::string& name);
+// Backs up the run's open company before the import changes it (import_backup.h). False
+// when the backup failed (told); the import must not go on.
+[[nodiscard]] bool BackUpBeforeChange(ImportRun& run);
 // Deletes every asset of an open company, keeping its record, schedules and code lists.
 [[nodiscard]] int EraseAllAssets(NvCompany& company);
 

@@ -23,6 +23,9 @@ struct ImportState {
   std::map<int, char> book_matches;
   bool new_company = false;   // fill the company record from the source
   bool setup_screen = false;  // show the company screen before copying
+  // The backup made before the import changed an existing company (with the separator);
+  // empty when none was made.
+  std::string backup_folder;
 
   int FieldMatch(int destination) const {
     auto it = field_matches.find(destination);
