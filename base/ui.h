@@ -23,6 +23,7 @@ namespace nv {
 
 class CompanyScreen;
 class MatchPanel;
+class ScriptedWindow;
 class TextFileScreen;
 
 // Answer of a question box. Closing the box counts as Cancel.
@@ -134,6 +135,12 @@ class Ui {
   // Runs the screen "Create Text File for Export" modally: true when the user pressed
   // Create and the screen's checks passed, false for Close or Escape.
   [[nodiscard]] virtual bool RunTextFileScreen(TextFileScreen& screen) = 0;
+
+  // Runs modally a window whose model lives in a layer above this port
+  // (ui/scripted_window.h): the export window "Export Company Data" or the dialog
+  // "Select Export Definition". True when one of the window's own buttons ended it (a
+  // finished export, OK), false when it was closed.
+  [[nodiscard]] virtual bool RunWindow(ScriptedWindow& window) = 0;
 
   // Whether the Alt key is held down now (a command pressed with Alt takes another path).
   [[nodiscard]] virtual bool AltKeyHeld() = 0;

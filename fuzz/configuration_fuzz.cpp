@@ -36,6 +36,7 @@ class SilentUi : public nv::Ui {
   int RunMatchPanel(nv::MatchPanel&) override { return 2; }          // Cancel, as closing it does
   int RunCompanyScreen(nv::CompanyScreen&) override { return -11; }  // cancelled
   bool RunTextFileScreen(nv::TextFileScreen&) override { return false; }  // closed
+  bool RunWindow(nv::ScriptedWindow&) override { return false; }          // closed
   bool AltKeyHeld() override { return false; }
 };
 

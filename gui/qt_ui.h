@@ -42,6 +42,9 @@ class QtUi : public Ui {
   int RunMatchPanel(MatchPanel& panel) override;
   int RunCompanyScreen(CompanyScreen& screen) override;
   bool RunTextFileScreen(TextFileScreen& screen) override;
+  // The export window and the export definition dialog; any other window is a program
+  // error, told as such.
+  bool RunWindow(ScriptedWindow& window) override;
   // The keyboard's state now, not as the last event found it.
   bool AltKeyHeld() override;
 

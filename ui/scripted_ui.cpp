@@ -9,6 +9,7 @@
 #include "base/str_format.h"
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
+#include "ui/scripted_window.h"
 #include "ui/text_file_screen.h"
 
 namespace nv {
@@ -71,7 +72,7 @@ bool HasControlByte(std::string_view s) {
 struct Directive {
   const char* name;
   Kind kind;
-  enum { kNone, kNumber, kText, kPairs, kField, kButton } argument;
+  enum { kNone, kNumber, kText, kPairs, kField, kButton, kWindowLine } argument;
 };
 
 // Every directive but `command`, which is not a prompt answer.
@@ -90,6 +91,13 @@ constexpr Directive kDirectives[] = {
     {"field", Kind::kField, Directive::kField},
     {"save", Kind::kSave, Directive::kNone},
     {"press", Kind::kPress, Directive::kButton},
+    // Lines for a window of ui/scripted_window.h; the window checks its names when it runs.
+    {"show", Kind::kWindow, Directive::kWindowLine},
+    {"hide", Kind::kWindow, Directive::kWindowLine},
+    {"add", Kind::kWindow, Directive::kWindowLine},
+    {"select", Kind::kWindow, Directive::kWindowLine},
+    {"set", Kind::kWindow, Directive::kWindowLine},
+    {"click", Kind::kWindow, Directive::kWindowLine},
 };
 
 const char* DirectiveName(Kind kind) {
@@ -194,6 +202,11 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         }
         answer.text = std::string(argument);
         break;
+      case Directive::kWindowLine:
+        // `set NAME` alone empties the box; every other line names something.
+        if (argument.empty()) return StrPrintf("'%s' needs a name after it", d.name);
+        answer.text = std::string(d.name) + " " + std::string(argument);
+        break;
     }
     script->answers.push_back(std::move(answer));
     return "";
@@ -217,7 +230,11 @@ std::string Cut(std::string_view text, size_t max) {
 
 // The answer part of a transcript line for a script line, e.g. `line 4 ("file /x")`.
 std::string DescribeAnswer(const ScriptAnswer& a) {
-  std::string shown = DirectiveName(a.kind);
+  // A window's line keeps its own directive in its text.
+  std::string shown = a.kind == Kind::kWindow ? std::string() : DirectiveName(a.kind);
+  if (a.kind == Kind::kWindow) {
+    return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(a.text).c_str());
+  }
   if (a.kind == Kind::kChoose) shown += StrPrintf(" %d", a.position);
   if (!a.text.empty()) shown += " " + a.text;
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
@@ -676,6 +693,39 @@ bool ScriptedUi::RunTextFileScreen(TextFileScreen& screen) {
       break;  // the screen stays open: show it again
     }
   }
+}
+
+bool ScriptedUi::RunWindow(ScriptedWindow& window) {
+  const std::string name = window.ScriptName();
+  for (;;) {
+    std::string error;
+    const ScriptAnswer* a =
+        TakeAnswer("the " + name, {Kind::kWindow, Kind::kCancel, Kind::kClose}, &error);
+    if (a == nullptr) {
+      log_->Write(name + " " + window.ScriptState() + " -> close");
+      Fail(error);
+      return false;
+    }
+    log_->Write(name + " " + window.ScriptState() + " -> " +
+                (a->kind == Kind::kWindow ? a->text : std::string(DirectiveName(a->kind))));
+    if (a->kind != Kind::kWindow) return false;
+    const size_t blank = a->text.find(' ');
+    const std::string_view line(a->text);
+    const std::optional<ScriptedWindow::Step> step =
+        window.ScriptStep(line.substr(0, blank), line.substr(blank + 1), &error);
+    if (!step) {
+      Fail(DescribeAnswer(*a) + ": " + error);
+      return false;
+    }
+    if (*step == ScriptedWindow::Step::kEnds) return true;
+  }
+}
+
+bool IsScriptedWindowDirective(std::string_view directive) {
+  for (const Directive& d : kDirectives) {
+    if (d.kind == Kind::kWindow && directive == d.name) return true;
+  }
+  return false;
 }
 
 bool ScriptedUi::AltKeyHeld() {

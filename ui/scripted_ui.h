@@ -30,6 +30,12 @@
 //   press BUTTON             text-file screen: presses browse (a folder dialog follows,
 //                            answered by the next line), create (the checks, then the file
 //                            is written and the screen comes back) or close
+//   show GROUP               a window of ui/scripted_window.h (the export window, the
+//   hide GROUP               export definition picker): one line for the window, whose
+//   add VALUE                header says the names and values it takes; a name it does
+//   select ITEM              not know fails the run when the line is used. `set NAME`
+//   set NAME VALUE           with no value empties the box. `cancel` and `close` close the
+//   click BUTTON             window (Escape)
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below
@@ -52,6 +58,10 @@
 // The text-file screen takes `field` and `press` lines likewise; `press close`, `cancel`
 // and `close` close it (Close or Escape), and `press create` that passes the checks ends
 // it for the file to be written. A refused create leaves the screen open.
+//
+// A window of ui/scripted_window.h takes its lines until one of its buttons ends it or a
+// `cancel` or `close` closes it; questions and dialogs its buttons raise take the answers
+// that follow the line, as for the screens above.
 //
 // When no answer is left, or the next answer does not fit the prompt (`file` at a
 // question box, a position past the end of the list, a text that names no option, a
@@ -91,10 +101,13 @@
 //       -> field name "Acme Co", field sort_order "LC", save
 //   text-file-screen folder="/data/" company_number="ACME" company_name="Acme Tools"
 //       file_name="ACME.DBS" -> field file_name "ACME.TXT", press create
+//   export-window definition="" show=["*"] columns=[] ... -> add Cost
 //   alt-key -> up
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
 //
+// A window writes a line before each of its lines is carried out: its name, what it shows
+// then, and the line (or close).
 // The company screen's line shows, each time the screen opens or stays open after a refused
 // save, every field by its script name with its value, then the screen's answers up to the
 // one that ends it (the questions they raise follow as lines of their own).
@@ -136,13 +149,15 @@ struct ScriptAnswer {
     kOk,
     kField,
     kSave,
-    kPress
+    kPress,
+    kWindow
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
   // kChooseText: option text; kFile, kFolder: path; kText: the text; kMatch: the pairs as
   // "DEST=SRC DEST=SRC", one blank between them; kField: the field's name, one blank and
-  // the value; kPress: the button's name.
+  // the value; kPress: the button's name; kWindow: the whole line, its directive first and
+  // one blank after it.
   std::string text;
   int line = 0;  // 1-based line in the script, for messages
 };
@@ -214,6 +229,8 @@ class ScriptedUi : public Ui {
   int RunCompanyScreen(CompanyScreen& screen) override;
   // Runs the text-file screen on the script's `field` and `press` lines.
   bool RunTextFileScreen(TextFileScreen& screen) override;
+  // Runs the window on the script's window lines (show, hide, add, select, set, click).
+  bool RunWindow(ScriptedWindow& window) override;
   // As the script's `alt-held` says; each question is written to the transcript.
   bool AltKeyHeld() override;
 
