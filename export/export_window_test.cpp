@@ -9,6 +9,7 @@
 #include "base/temp_dir_testing.h"
 #include "export/exporters.h"
 #include "export/select_export_definition.h"
+#include "export/text_file_export.h"
 #include "store/company/asset_testing.h"
 #include "store/company/master_file.h"
 #include "store/store_testing.h"
@@ -377,6 +378,24 @@ TEST_F(ExportWindowTest, AScriptedRunWritesTheComposedColumns) {
   EXPECT_EQ(testing::ReadText(dir_.File("out.txt")), "Number\tMethod\r\n" +
                                                          assets[1].number.Text() + "\t2\r\n" +
                                                          assets[0].number.Text() + "\t2\r\n");
+}
+
+// The whole-company command's way in: no company chosen there, Alt held, and the window
+// asks for the company again.
+TEST_F(ExportWindowTest, AltHeldWithoutACompanyOpensTheWindowAfterASecondChoice) {
+  MasterFile master;
+  master.companies = {{"ACME", "Acme Tools"}};
+  ASSERT_EQ(WriteMasterFile(ctx_.data_directory(), master), MasterFileStatus::kOk);
+  auto ui = Script("alt-held\nclose\nchoose 0\nclose\n");
+  CompanyInUseLock lock;
+  NvCompany company(ctx_);
+  CreateTextFileForExport(ctx_, *ui, lock, company);
+  EXPECT_FALSE(ui->failed()) << ui->transcript();
+  const std::string& t = ui->transcript();
+  const size_t note = t.find("message title=\"Note\" text=\"Entering Advanced Export Program\"");
+  ASSERT_NE(note, std::string::npos) << t;
+  EXPECT_NE(t.find("\nexport-window definition=none ", note), std::string::npos) << t;
+  EXPECT_TRUE(t.ends_with(" -> close\n")) << t;
 }
 
 }  // namespace
