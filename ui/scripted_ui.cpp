@@ -721,13 +721,6 @@ bool ScriptedUi::RunWindow(ScriptedWindow& window) {
   }
 }
 
-bool IsScriptedWindowDirective(std::string_view directive) {
-  for (const Directive& d : kDirectives) {
-    if (d.kind == Kind::kWindow && directive == d.name) return true;
-  }
-  return false;
-}
-
 bool ScriptedUi::AltKeyHeld() {
   log_->Write(alt_held_ ? "alt-key -> held" : "alt-key -> up");
   return alt_held_;

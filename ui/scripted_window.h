@@ -38,7 +38,4 @@ class ScriptedWindow {
                                          std::string* error) = 0;
 };
 
-// The directives above, for the script parser.
-bool IsScriptedWindowDirective(std::string_view directive);
-
 }  // namespace nv
