@@ -499,7 +499,7 @@ std::optional<ScriptedWindow::Step> ExportWindow::ScriptStep(std::string_view di
     *error = "no such available value";
     return std::nullopt;
   }
-  if (directive == "select") {
+  if (directive == "column") {
     const std::optional<int> index = ColumnIndex(argument);
     if (!index || static_cast<size_t>(*index) >= definition_.columns.size()) {
       *error = "no such column";

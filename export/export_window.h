@@ -25,7 +25,7 @@
 //
 //   show GROUP | hide GROUP   "*" or a schedule letter
 //   add VALUE                 chooses the available value VALUE (as listed) and presses ">"
-//   select LETTERS            chooses the column LETTERS
+//   column LETTERS            chooses the column LETTERS
 //   set NAME VALUE            column LETTERS, heading TEXT, addition | disposition | current
 //                             | none yes|no, include_headings yes|no, sort asset-no|company,
 //                             asset_selection all|selected, file_name TEXT, folder TEXT

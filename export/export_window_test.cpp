@@ -163,7 +163,7 @@ TEST_F(ExportWindowTest, SaveAsThenOpenBringsTheDefinitionBack) {
             "Depr. Method,66,ADC,Method");
   EXPECT_EQ(ReadProfileString(GlobalFile(), "Fixed Assets", "Filename", "", 300), "fa.txt");
 
-  auto other = Script("select FIXED ASSETS\nclick ok\n");
+  auto other = Script("definition FIXED ASSETS\nclick ok\n");
   auto opened = Window(*other);
   opened->Open();
   EXPECT_EQ(opened->ColumnLines(), window->ColumnLines());
@@ -219,7 +219,7 @@ TEST_F(ExportWindowTest, OpenOffersToSaveUnsavedChangesFirst) {
             "\"&No\", \"Cancel\"] default=\"&Yes\" -> cancel\n");
 
   // A named one: Yes saves it under its name, then the dialog opens another.
-  auto ui = Script("select Old\nclick ok\nyes\nselect Old\nclick ok\n");
+  auto ui = Script("definition Old\nclick ok\nyes\ndefinition Old\nclick ok\n");
   auto named = Window(*ui);
   named->Open();
   named->ChooseColumn(0);
@@ -361,7 +361,7 @@ TEST_F(ExportWindowTest, AScriptedRunWritesTheComposedColumns) {
       "add Asset No.\n"
       "add Depr. Method, Book\n"
       "set heading Method\n"
-      "select A\n"
+      "column A\n"
       "set heading Number\n"
       "set file_name out.txt\n"
       "set folder " +

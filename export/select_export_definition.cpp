@@ -79,7 +79,7 @@ std::string ExportDefinitionPicker::ScriptState() const {
 std::optional<ScriptedWindow::Step> ExportDefinitionPicker::ScriptStep(std::string_view directive,
                                                                        std::string_view argument,
                                                                        std::string* error) {
-  if (directive == "select") {
+  if (directive == "definition") {
     for (size_t i = 0; i < items_.size(); ++i) {
       if (EqualIgnoringCase(items_[i].name, argument)) {
         Pick(i);
@@ -108,7 +108,7 @@ std::optional<ScriptedWindow::Step> ExportDefinitionPicker::ScriptStep(std::stri
   if (directive == "click" && argument == "ok") {
     return Accept() ? Step::kEnds : Step::kStays;
   }
-  *error = "the dialog takes select, set name, set applies_to and click ok";
+  *error = "the dialog takes definition, set name, set applies_to and click ok";
   return std::nullopt;
 }
 

@@ -13,7 +13,8 @@
 // Script lines (ui/scripted_window.h), as the transcript names them
 // ("select-export-definition"):
 //
-//   select NAME           picks the listed definition NAME (the first of that name, any case)
+//   definition NAME       picks the listed definition NAME (the first of that name, any
+//                         case)
 //   set name TEXT         types TEXT into "Export Definition:"
 //   set applies_to company|all
 //   click ok              OK; `cancel` or `close` closes the dialog

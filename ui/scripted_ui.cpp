@@ -95,7 +95,8 @@ constexpr Directive kDirectives[] = {
     {"show", Kind::kWindow, Directive::kWindowLine},
     {"hide", Kind::kWindow, Directive::kWindowLine},
     {"add", Kind::kWindow, Directive::kWindowLine},
-    {"select", Kind::kWindow, Directive::kWindowLine},
+    {"column", Kind::kWindow, Directive::kWindowLine},
+    {"definition", Kind::kWindow, Directive::kWindowLine},
     {"set", Kind::kWindow, Directive::kWindowLine},
     {"click", Kind::kWindow, Directive::kWindowLine},
 };

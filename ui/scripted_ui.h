@@ -33,9 +33,10 @@
 //   show GROUP               a window of ui/scripted_window.h (the export window, the
 //   hide GROUP               export definition picker): one line for the window, whose
 //   add VALUE                header says the names and values it takes; a name it does
-//   select ITEM              not know fails the run when the line is used. `set NAME`
-//   set NAME VALUE           with no value empties the box. `cancel` and `close` close the
-//   click BUTTON             window (Escape)
+//   column LETTERS           not know fails the run when the line is used. `set NAME`
+//   definition NAME          with no value empties the box. `cancel` and `close` close
+//   set NAME VALUE           the window (Escape)
+//   click BUTTON
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below

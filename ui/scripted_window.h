@@ -4,10 +4,12 @@
 // the scripted Ui (ui/scripted_ui.h) drives it through this interface, one script line at
 // a time:
 //
-//   show GROUP     hide GROUP     checks or clears a group of fields to choose from
-//   add VALUE      select ITEM    picks an item of one of the window's lists
-//   set NAME VALUE                changes one of the window's boxes
-//   click BUTTON                  presses one of the window's buttons
+//   show GROUP | hide GROUP   checks or clears a group of fields to choose from
+//   add VALUE                 chooses a value to add and adds it
+//   column LETTERS            chooses a column of a list of columns
+//   definition NAME           chooses a listed definition
+//   set NAME VALUE            changes one of the window's boxes
+//   click BUTTON              presses one of the window's buttons
 //
 // Which names and values a window takes is said in its own header.
 #pragma once
