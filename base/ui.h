@@ -27,6 +27,7 @@ class BnaDialogCommands;
 class CompanyScreen;
 class MatchPanel;
 class SelectionWindow;
+class ScriptedWindow;
 class TextFileScreen;
 
 // Answer of a question box. Closing the box counts as Cancel.
@@ -147,6 +148,11 @@ class Ui {
   // Runs the BNA Next Dimension import dialog modally until it closes; closing runs the
   // dialog's Close, which saves its profile.
   virtual void RunBnaDialog(BnaDialogCommands& dialog) = 0;
+  // Runs modally a window whose model lives in a layer above this port
+  // (ui/scripted_window.h): the export window "Export Company Data" or the dialog
+  // "Select Export Definition". True when one of the window's own buttons ended it (a
+  // finished export, OK), false when it was closed.
+  [[nodiscard]] virtual bool RunWindow(ScriptedWindow& window) = 0;
 
   // Whether the Alt key is held down now (a command pressed with Alt takes another path).
   [[nodiscard]] virtual bool AltKeyHeld() = 0;

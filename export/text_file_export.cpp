@@ -181,7 +181,7 @@ void CreateTextFileForExport(const InstallationContext& context, Ui& ui, Company
     if (selected.choice != CompanyChoice::kOpened) {
       if (ui.AltKeyHeld()) {
         ui.Message(kAdvancedExportNote, "Note");
-        ExportByDefinitions(context, ui);
+        RunExportDefinitions(context, ui);
       }
       return;
     }

@@ -14,6 +14,8 @@
 #include "gui/choice_list_dialog.h"
 #include "gui/company_screen_window.h"
 #include "gui/display_text.h"
+#include "gui/export_definition_dialog.h"
+#include "gui/export_definitions_window.h"
 #include "gui/file_filters.h"
 #include "gui/help_viewer.h"
 #include "gui/match_panel_widget.h"
@@ -192,6 +194,20 @@ bool QtUi::RunSelectionWindow(SelectionWindow& window) {
 void QtUi::RunBnaDialog(BnaDialogCommands& dialog) {
   BnaDialogWindow window(dialog.dialog(), owner_);
   window.exec();
+}
+
+bool QtUi::RunWindow(ScriptedWindow& window) {
+  if (auto* model = dynamic_cast<ExportWindow*>(&window)) {
+    ExportDefinitionsWindow view(*model, owner_);
+    view.exec();
+    return view.exported();
+  }
+  if (auto* picker = dynamic_cast<ExportDefinitionPicker*>(&window)) {
+    ExportDefinitionDialog view(*picker, owner_);
+    return view.exec() == QDialog::Accepted;
+  }
+  Message("No window is built for \"" + window.ScriptName() + "\".", "Program Error");
+  return false;
 }
 
 bool QtUi::AltKeyHeld() {

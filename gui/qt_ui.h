@@ -45,6 +45,9 @@ class QtUi : public Ui {
   bool RunSelectionWindow(SelectionWindow& window) override;
   // The dialog's window, modal; it runs the dialog's Close as it closes.
   void RunBnaDialog(BnaDialogCommands& dialog) override;
+  // The export window and the export definition dialog; any other window is a program
+  // error, told as such.
+  bool RunWindow(ScriptedWindow& window) override;
   // The keyboard's state now, not as the last event found it.
   bool AltKeyHeld() override;
 

@@ -99,7 +99,7 @@ CommandEffects RunExportCommand(int id, const InstallationContext& ctx, Ui& ui,
       if (ui.Question(kFiveUserFieldsQuestion, DefaultButton::kYes) != Answer::kYes) return {};
       return RunOneExport(ExportWholeCompanyText, ctx, ui, disable_export_buttons);
     case 204:
-      return RunOneExport(ExportByDefinitions, ctx, ui, disable_export_buttons);
+      return RunOneExport(RunExportDefinitions, ctx, ui, disable_export_buttons);
   }
   return {};
 }

@@ -12,6 +12,7 @@
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
 #include "ui/selection/selection_window.h"
+#include "ui/scripted_window.h"
 #include "ui/text_file_screen.h"
 
 namespace nv {
@@ -84,7 +85,8 @@ struct Directive {
     kSelectionField,
     kSelectionValue,
     kLetter,
-    kBnaCommand
+    kBnaCommand,
+    kWindowLine
   } argument;
 };
 
@@ -117,6 +119,14 @@ constexpr Directive kDirectives[] = {
     {"scan", Kind::kScan, Directive::kText},
     {"bna", Kind::kBna, Directive::kBnaCommand},
     {"reset", Kind::kReset, Directive::kNone},
+    // Lines for a window of ui/scripted_window.h; the window checks its names when it runs.
+    {"show", Kind::kWindow, Directive::kWindowLine},
+    {"hide", Kind::kWindow, Directive::kWindowLine},
+    {"add", Kind::kWindow, Directive::kWindowLine},
+    {"column", Kind::kWindow, Directive::kWindowLine},
+    {"definition", Kind::kWindow, Directive::kWindowLine},
+    {"set", Kind::kWindow, Directive::kWindowLine},
+    {"click", Kind::kWindow, Directive::kWindowLine},
 };
 
 // The BNA dialog's commands: the word after "bna", and whether a text follows it.
@@ -282,6 +292,11 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
         }
         answer.text = std::string(argument);
         break;
+      case Directive::kWindowLine:
+        // `set NAME` alone empties the box; every other line names something.
+        if (argument.empty()) return StrPrintf("'%s' needs a name after it", d.name);
+        answer.text = std::string(d.name) + " " + std::string(argument);
+        break;
     }
     script->answers.push_back(std::move(answer));
     return "";
@@ -305,7 +320,11 @@ std::string Cut(std::string_view text, size_t max) {
 
 // The answer part of a transcript line for a script line, e.g. `line 4 ("file /x")`.
 std::string DescribeAnswer(const ScriptAnswer& a) {
-  std::string shown = DirectiveName(a.kind);
+  // A window's line keeps its own directive in its text.
+  std::string shown = a.kind == Kind::kWindow ? std::string() : DirectiveName(a.kind);
+  if (a.kind == Kind::kWindow) {
+    return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(a.text).c_str());
+  }
   if (a.kind == Kind::kChoose) shown += StrPrintf(" %d", a.position);
   if (!a.text.empty()) shown += " " + a.text;
   return StrPrintf("line %d (%s)", a.line, QuoteTranscriptText(shown).c_str());
@@ -862,6 +881,10 @@ std::string ApplySelectionAnswer(const ScriptAnswer& a, SelectionWindow& window)
       break;
     default:
       break;
+  }
+  return "";
+}
+
 // "on" or "off"; none for anything else.
 std::optional<bool> OnOff(std::string_view text) {
   std::string word = Lower(text);
@@ -966,8 +989,6 @@ bool ScriptedUi::RunSelectionWindow(SelectionWindow& window) {
       return false;
     }
   }
-  }
-  return "";
 }
 
 void ScriptedUi::RunBnaDialog(BnaDialogCommands& dialog) {
@@ -997,6 +1018,32 @@ void ScriptedUi::RunBnaDialog(BnaDialogCommands& dialog) {
     opened = dialog.Describe();
   }
   dialog.Close();
+}
+
+bool ScriptedUi::RunWindow(ScriptedWindow& window) {
+  const std::string name = window.ScriptName();
+  for (;;) {
+    std::string error;
+    const ScriptAnswer* a =
+        TakeAnswer("the " + name, {Kind::kWindow, Kind::kCancel, Kind::kClose}, &error);
+    if (a == nullptr) {
+      log_->Write(name + " " + window.ScriptState() + " -> close");
+      Fail(error);
+      return false;
+    }
+    log_->Write(name + " " + window.ScriptState() + " -> " +
+                (a->kind == Kind::kWindow ? a->text : std::string(DirectiveName(a->kind))));
+    if (a->kind != Kind::kWindow) return false;
+    const size_t blank = a->text.find(' ');
+    const std::string_view line(a->text);
+    const std::optional<ScriptedWindow::Step> step =
+        window.ScriptStep(line.substr(0, blank), line.substr(blank + 1), &error);
+    if (!step) {
+      Fail(DescribeAnswer(*a) + ": " + error);
+      return false;
+    }
+    if (*step == ScriptedWindow::Step::kEnds) return true;
+  }
 }
 
 bool ScriptedUi::AltKeyHeld() {

@@ -52,6 +52,13 @@
 //   scan CODES               selection window: "Scan Barcodes" with CODES typed into the
 //                            box (separated by commas, as a line end would)
 //   bna COMMAND              BNA import dialog: one command of the dialog (below)
+//   show GROUP               a window of ui/scripted_window.h (the export window, the
+//   hide GROUP               export definition picker): one line for the window, whose
+//   add VALUE                header says the names and values it takes; a name it does
+//   column LETTERS           not know fails the run when the line is used. `set NAME`
+//   definition NAME          with no value empties the box. `cancel` and `close` close
+//   set NAME VALUE           the window (Escape)
+//   click BUTTON
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
 //   command ID               main-window command ID (a number) to run; see below
@@ -80,6 +87,9 @@
 // written before what it raises (messages, questions, lists). `ok` and
 // `cancel` there end the window, not a question: answer questions with yes or no. A
 // `load`, `delete`, `schedule` or `pick` that names nothing the window has fails the run.
+// A window of ui/scripted_window.h takes its lines until one of its buttons ends it or a
+// `cancel` or `close` closes it; questions and dialogs its buttons raise take the answers
+// that follow the line, as for the screens above.
 //
 // When no answer is left, or the next answer does not fit the prompt (`file` at a
 // question box, a position past the end of the list, a text that names no option, a
@@ -125,6 +135,7 @@
 //   selection-window -> select "Location" "01-05,10"
 //   selection-window -> ok
 //   selection-window closed criteria=["Location"="01-05,10"] schedule="B-Book"
+//   export-window definition="" show=["*"] columns=[] ... -> add Cost
 //   alt-key -> up
 //   error: line 4 ("file /x") does not answer a question box
 // clang-format on
@@ -157,6 +168,8 @@
 //       count="" start="" set="" column=""] grid=[lines=0 data=0 columns=0] -> bna press file
 // clang-format on
 //
+// A window writes a line before each of its lines is carried out: its name, what it shows
+// then, and the line (or close).
 // The company screen's line shows, each time the screen opens or stays open after a refused
 // save, every field by its script name with its value, then the screen's answers up to the
 // one that ends it (the questions they raise follow as lines of their own).
@@ -211,7 +224,8 @@ struct ScriptAnswer {
     kDelete,
     kScan,
     kBna,
-    kReset
+    kReset,
+    kWindow
   };
   Kind kind = Kind::kClose;
   int position = 0;  // kChoose: 0-based option position
@@ -220,7 +234,7 @@ struct ScriptAnswer {
   // the value; kPress: the button's name; kSelect: FIELD=TEXT; kUnselect, kExclude,
   // kInclude, kPick: the selection field; kSchedule: the letter; kLoad, kSaveAs, kSaveAll,
   // kDelete: the saved selection's name; kScan: the codes; kBna: the dialog's command with
-  // its text.
+  // its text; kWindow: the whole line, its directive first and one blank after it.
   std::string text;
   int line = 0;  // 1-based line in the script, for messages
 };
@@ -297,6 +311,8 @@ class ScriptedUi : public Ui {
   // Runs the BNA dialog on the script's `bna` lines; `cancel`, `close`, `bna press exit`
   // or no answer left close it.
   void RunBnaDialog(BnaDialogCommands& dialog) override;
+  // Runs the window on the script's window lines (show, hide, add, select, set, click).
+  bool RunWindow(ScriptedWindow& window) override;
   // As the script's `alt-held` says; each question is written to the transcript.
   bool AltKeyHeld() override;
 
