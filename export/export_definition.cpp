@@ -62,7 +62,7 @@ const char* YesNo(bool yes) {
 }
 
 bool IsGroup(char group) {
-  return group == kGeneralGroup || (group >= 'A' && group <= 'Z');
+  return group == kExportGeneralGroup || (group >= 'A' && group <= 'Z');
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ std::span<const ExportField> ScheduleExportFields() {
 
 const ExportField* FindExportField(char group, std::string_view name) {
   const std::span<const ExportField> fields =
-      group == kGeneralGroup ? GeneralExportFields() : ScheduleExportFields();
+      group == kExportGeneralGroup ? GeneralExportFields() : ScheduleExportFields();
   for (const ExportField& field : fields) {
     if (EqualIgnoringCase(field.name, name)) return &field;
   }

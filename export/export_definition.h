@@ -26,7 +26,7 @@ class NvCompany;
 
 inline constexpr char kGlobalExportFile[] = "global.exp";
 inline constexpr char kCompanyExportExtension[] = "EXP";
-inline constexpr char kGeneralGroup = '*';
+inline constexpr char kExportGeneralGroup = '*';
 
 // One exportable field: its number (1001.. general, 2001.. schedule) and its name.
 struct ExportField {
@@ -42,8 +42,8 @@ const ExportField* FindExportField(char group, std::string_view name);
 const ExportField* FindExportField(int number);
 
 struct ExportColumn {
-  int field = 0;             // ExportField::number
-  char group = kGeneralGroup;  // "*" or a schedule letter
+  int field = 0;                     // ExportField::number
+  char group = kExportGeneralGroup;  // "*" or a schedule letter
   std::string heading;
   bool addition = false;
   bool disposition = false;
@@ -61,8 +61,8 @@ struct ExportDefinition {
   bool include_headings = true;
   bool select_assets = false;
   ExportSortOrder sort_order = ExportSortOrder::kAssetNumber;  // not stored
-  std::string folder;     // empty: the company's folder; not stored
-  std::string file_name;  // empty: shown as "export.txt"
+  std::string folder;                 // empty: the company's folder; not stored
+  std::string file_name;              // empty: shown as "export.txt"
   std::vector<ExportColumn> columns;  // in order; a column's position is its index
 };
 

@@ -44,7 +44,7 @@ ExportWindow::ExportWindow(const InstallationContext& context, NvCompany& compan
       ui_(ui),
       folder_text_(company.folder()),
       write_(ExportToFile) {
-  groups_.push_back({kGeneralGroup, "*-General Data", true});
+  groups_.push_back({kExportGeneralGroup, "*-General Data", true});
   const CompanySchedules schedules = company_.Schedules();
   for (char letter : schedules.letters) {
     groups_.push_back({letter,
@@ -72,9 +72,9 @@ void ExportWindow::ListAvailable() {
   chosen_value_.reset();
   for (const Group& group : groups_) {
     if (!group.shown) continue;
-    if (group.letter == kGeneralGroup) {
+    if (group.letter == kExportGeneralGroup) {
       for (const ExportField& field : GeneralExportFields()) {
-        available_.push_back({kGeneralGroup, field.number, field.name});
+        available_.push_back({kExportGeneralGroup, field.number, field.name});
       }
     } else {
       const std::string schedule = ScheduleName(group.letter);
@@ -117,7 +117,7 @@ std::vector<std::string> ExportWindow::ColumnLines() const {
     const ExportColumn& column = definition_.columns[i];
     const ExportField* field = FindExportField(column.field);
     std::string line = ColumnLetters(static_cast<int>(i)) + "\t" + (field ? field->name : "");
-    if (column.group != kGeneralGroup) line += ", " + ScheduleName(column.group);
+    if (column.group != kExportGeneralGroup) line += ", " + ScheduleName(column.group);
     lines.push_back(std::move(line));
   }
   return lines;

@@ -87,12 +87,12 @@ class ExportWindow : public ScriptedWindow {
                                        const ExportDefinition&, const KelSelection*, Ui&)>;
 
   struct Group {
-    char letter = kGeneralGroup;  // "*" or a schedule letter
-    std::string text;             // "*-General Data", "B-Book"
+    char letter = kExportGeneralGroup;  // "*" or a schedule letter
+    std::string text;                   // "*-General Data", "B-Book"
     bool shown = false;
   };
   struct AvailableValue {
-    char group = kGeneralGroup;
+    char group = kExportGeneralGroup;
     int field = 0;  // ExportField::number
     std::string text;
   };

@@ -94,7 +94,7 @@ TEST_F(ExportWindowTest, GroupsListTheirFieldsAndAddMakesColumnsOfThem) {
 
   // Hiding a group takes its values away and with them the chosen one.
   window->ChooseValue(0);
-  window->ShowGroup(kGeneralGroup, false);
+  window->ShowGroup(kExportGeneralGroup, false);
   EXPECT_EQ(window->available().size(), ScheduleExportFields().size());
   EXPECT_FALSE(window->CanAdd());
 }
@@ -206,7 +206,7 @@ TEST_F(ExportWindowTest, SaveAndDeleteSayWhyTheyCannotAct) {
 TEST_F(ExportWindowTest, OpenOffersToSaveUnsavedChangesFirst) {
   ExportDefinition stored;
   stored.name = "Old";
-  stored.columns.push_back({1001, kGeneralGroup, "No.", true, false, false, false});
+  stored.columns.push_back({1001, kExportGeneralGroup, "No.", true, false, false, false});
   ASSERT_TRUE(SaveDefinition(CompanyFile(), stored));
 
   // A new definition: Cancel stops before the dialog.

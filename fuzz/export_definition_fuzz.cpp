@@ -30,7 +30,7 @@ bool SameColumn(const nv::ExportColumn& a, const nv::ExportColumn& b) {
 void CheckColumn(const nv::ExportColumn& column) {
   const nv::ExportField* field = nv::FindExportField(column.field);
   Check(field != nullptr);
-  Check(column.group == nv::kGeneralGroup || (column.group >= 'A' && column.group <= 'Z'));
+  Check(column.group == nv::kExportGeneralGroup || (column.group >= 'A' && column.group <= 'Z'));
   Check(nv::FindExportField(column.group, field->name) == field);
   if (column.heading.find_first_of("\r\n") != std::string::npos) return;
   const std::optional<nv::ExportColumn> back =

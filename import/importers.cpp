@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "import/aicpa/aicpa_importer.h"
+#include "import/bna/bna_import.h"
 #include "import/dbs/dbs_importer.h"
 #include "import/fas1000/fas1000_importer.h"
 #include "import/faswin/faswin_importer.h"
@@ -19,7 +20,7 @@ constexpr ImporterEntry kImporters[] = {
     {104, "faswin", "Best FAS for Windows", &MakeFasWinImporter},
     {105, "aicpa", "AICPA Depreciation", &MakeAicpaImporter},
     {106, "text", "the NORVANE text format", MakeDataBaseFileImporter},
-    {107, "bna", "BNA Next Dimension", nullptr},
+    {107, "bna", "BNA Next Dimension", nullptr, &RunBnaImport},
     {108, "mba", "MBA Software", &MakeMbaImporter},
 };
 
@@ -45,8 +46,21 @@ std::string ImportNotAvailableText(std::string_view source) {
   return "Importing from " + std::string(source) + " is not available in this build.";
 }
 
+std::string TestImportNotAvailableText(std::string_view source) {
+  return "A test import from " + std::string(source) +
+         " is not available: its dialog imports into the company itself. Nothing was changed.";
+}
+
 void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui,
                         bool test_import) {
+  if (entry.run != nullptr) {
+    if (test_import) {
+      ui.Message(TestImportNotAvailableText(entry.product), "Note");
+      return;
+    }
+    entry.run(ctx, ui);
+    return;
+  }
   if (entry.make == nullptr) {
     ui.Message(ImportNotAvailableText(entry.product), "Note");
     return;

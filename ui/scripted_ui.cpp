@@ -11,8 +11,8 @@
 #include "ui/bna_dialog_commands.h"
 #include "ui/company_screen.h"
 #include "ui/match_panel.h"
-#include "ui/selection/selection_window.h"
 #include "ui/scripted_window.h"
+#include "ui/selection/selection_window.h"
 #include "ui/text_file_screen.h"
 
 namespace nv {

@@ -62,12 +62,12 @@ int32_t SecondsNow() {
   return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
 }
 
-std::string SettingsFile(const InstallationContext& context) {
+}  // namespace
+
+std::string BnaSettingsFile(const InstallationContext& context) {
   return FindFileIgnoringCase(context.installation_folder, kBnaSettingsFile)
       .value_or(context.installation_folder + kBnaSettingsFile);
 }
-
-}  // namespace
 
 BnaSession::BnaSession(const InstallationContext& context_in, Ui& ui_in, ImportHooks hooks)
     : context(context_in),
@@ -86,7 +86,7 @@ bool RunBnaCompanySteps(BnaSession& session) {
   ImportRun& run = *session.run;
   state.profiles = StartBnaProfiles(
       session.context.installation_folder,
-      ReadUserImportProfile(SettingsFile(session.context), session.context.user_name));
+      ReadUserImportProfile(BnaSettingsFile(session.context), session.context.user_name));
 
   ChoiceListRequest type;
   type.message = kBnaCompanyTypeMessage;

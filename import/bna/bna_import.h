@@ -72,6 +72,13 @@ struct BnaSession {
   std::unique_ptr<ImportRun> run;
 };
 
+// The installation's settings file, where the user's "Import Profile" is kept.
+std::string BnaSettingsFile(const InstallationContext& context);
+
+// Command 107: the company steps, then the dialog, whose "Import Data" runs
+// RunBnaImportData; returns when the dialog closes or the steps end the command.
+void RunBnaImport(const InstallationContext& context, Ui& ui);
+
 // The steps before the dialog. False when the user cancelled or the company cannot be
 // used (told); nothing is left open or locked then.
 bool RunBnaCompanySteps(BnaSession& session);
