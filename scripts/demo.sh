@@ -19,6 +19,7 @@ cmake --build --preset default -j "$(nproc)" --target nvimport nvtool
 # A scratch copy, so that what start-up writes (TERM.1) never touches the repository.
 install_dir=$(mktemp -d /tmp/nv-demo.XXXXXX)
 cp -r testdata/demo/. "$install_dir/"
+cp testdata/bna/EXAMPLE.IMP "$install_dir/"
 token=$$
 handoff() {
   printf '%s\n' "NORVANE Fixed Assets" "" "" "$token" "" "" "" "0" "" "0"
