@@ -1,18 +1,30 @@
 #include "base/temp_folder.h"
 
-#include <stdlib.h>
+#include <chrono>
+#include <filesystem>
+#include <random>
 
-#include <cstdlib>
+#include "base/path.h"
 
 namespace nv {
 
 std::optional<std::string> MakeTemporaryFolder(std::string_view prefix) {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string pattern = (tmp != nullptr && *tmp != '\0') ? tmp : "/tmp";
-  if (pattern.back() != '/') pattern += '/';
-  pattern += std::string(prefix) + "XXXXXX";
-  if (::mkdtemp(pattern.data()) == nullptr) return std::nullopt;
-  return pattern + "/";
+  std::error_code error;
+  const std::filesystem::path base = std::filesystem::temp_directory_path(error);
+  if (error) return std::nullopt;
+  std::mt19937_64 random(
+      static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()) ^
+      std::random_device{}());
+  // create_directory makes the folder only when no folder of that name is there, so a name
+  // another process took is passed over.
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const std::filesystem::path path =
+        base / (std::string(prefix) + std::to_string(random() % 1000000000));
+    if (std::filesystem::create_directory(path, error)) {
+      return WithTrailingSeparator(path.string());
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace nv

@@ -5,6 +5,7 @@
 #include "base/file.h"
 #include "base/file_util.h"
 #include "base/money.h"
+#include "base/path.h"
 #include "base/str_format.h"
 #include "store/company/company.h"
 #include "store/company/permissions.h"
@@ -281,9 +282,8 @@ std::string ExportHeadingsLine(const std::vector<ExportColumn>& columns) {
 }
 
 std::string ExportFilePath(std::string_view folder, std::string_view file_name) {
-  std::string path(folder);
-  if (!path.empty() && path.back() != '/') path += '/';
-  return path + std::string(file_name);
+  if (folder.empty()) return std::string(file_name);
+  return JoinPath(folder, file_name);
 }
 
 std::optional<int> ExportToFile(const InstallationContext& context, std::string_view number,

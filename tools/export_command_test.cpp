@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "base/path.h"
 #include "base/str_format.h"
 #include "base/temp_dir_testing.h"
 #include "export/export_testing.h"
@@ -135,10 +136,11 @@ TEST_F(ExportCommandTest, ErrorsAreOneLineAndUsageErrorsStatusTwo) {
   EXPECT_EQ(selection.err, "nvtool: no saved asset selection None that can be read\n");
   ToolRun folder = Export({"Short", "--out", dir_.File("no/such/x.txt")});
   EXPECT_EQ(folder.status, 1);
-  EXPECT_EQ(folder.err, "nvtool: Unable to open file " + dir_.File("no/such/x.txt") + "\n");
+  EXPECT_EQ(folder.err,
+            "nvtool: Unable to open file " + JoinPath(dir_.File("no/such"), "x.txt") + "\n");
   std::ostringstream out, err;
   EXPECT_EQ(RunNvtool({"export", dir_.path(), "NOPE", "Short"}, out, err), 1);
-  EXPECT_EQ(err.str(), "nvtool: no company NOPE in " + dir_.path() + "/\n");
+  EXPECT_EQ(err.str(), "nvtool: no company NOPE in " + WithTrailingSeparator(dir_.path()) + "\n");
 
   for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
            {}, {"Short", "extra"}, {"Short", "--out"}, {"Short", "--force"}}) {

@@ -192,8 +192,9 @@ TEST_F(BnaDialogTest, SelectingAnExistingProfileLoadsItsDefinitionsAndFileType) 
   EXPECT_EQ(Read("KELNVWIN.INI", "User ANNA", "Import Profile"), dir_.File("client.imp"));
   EXPECT_EQ(Read("client.imp", "Parameters", "source file"), dir_.File("report.txt"));
   EXPECT_NE(ui_->transcript().find("file-open title=\"Import Profiles\" filter=\"Import "
-                                   "Profiles|*.imp\" folder=\"" +
-                                   dir_.path() + "/\" name=\"\" extension=\"imp\" new-allowed"),
+                                   "Profiles|*.imp\" folder=" +
+                                   QuoteTranscriptText(dir_.path() + "/") +
+                                   " name=\"\" extension=\"imp\" new-allowed"),
             std::string::npos)
       << ui_->transcript();
   EXPECT_FALSE(ui_->failed());
@@ -265,8 +266,9 @@ TEST_F(BnaDialogTest, SourceFileAndFileTypeRebuildTheGrid) {
   EXPECT_FALSE(dialog->source_path().has_value());
   EXPECT_TRUE(dialog->grid().empty());
   EXPECT_NE(ui_->transcript().find("file-open title=\"Select Source File\" filter=\"BNA Next "
-                                   "Dimension report files|*.txt;*.csv\" folder=\"" +
-                                   dir_.path() + "/\" name=\"\" extension=\"txt\" ->"),
+                                   "Dimension report files|*.txt;*.csv\" folder=" +
+                                   QuoteTranscriptText(dir_.path() + "/") +
+                                   " name=\"\" extension=\"txt\" ->"),
             std::string::npos)
       << ui_->transcript();
 }
