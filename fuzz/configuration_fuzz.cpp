@@ -37,9 +37,8 @@ class SilentUi : public nv::Ui {
   int RunCompanyScreen(nv::CompanyScreen&) override { return -11; }  // cancelled
   bool RunTextFileScreen(nv::TextFileScreen&) override { return false; }    // closed
   bool RunSelectionWindow(nv::SelectionWindow&) override { return false; }  // cancelled
-  bool RunTextFileScreen(nv::TextFileScreen&) override { return false; }  // closed
   void RunBnaDialog(nv::BnaDialogCommands&) override {}  // closed at once, never reached here
-  bool RunWindow(nv::ScriptedWindow&) override { return false; }          // closed
+  bool RunWindow(nv::ScriptedWindow&) override { return false; }  // closed
   bool AltKeyHeld() override { return false; }
 };
 
