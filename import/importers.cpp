@@ -46,19 +46,10 @@ std::string ImportNotAvailableText(std::string_view source) {
   return "Importing from " + std::string(source) + " is not available in this build.";
 }
 
-std::string TestImportNotAvailableText(std::string_view source) {
-  return "A test import from " + std::string(source) +
-         " is not available: its dialog imports into the company itself. Nothing was changed.";
-}
-
 void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui,
                         bool test_import) {
   if (entry.run != nullptr) {
-    if (test_import) {
-      ui.Message(TestImportNotAvailableText(entry.product), "Note");
-      return;
-    }
-    entry.run(ctx, ui);
+    entry.run(ctx, ui, test_import);
     return;
   }
   if (entry.make == nullptr) {

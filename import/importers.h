@@ -20,8 +20,9 @@ struct ImporterEntry {
   // A new importer of this kind; nullptr when its converter is not part of this build.
   std::unique_ptr<Importer> (*make)();
   // An importer with steps of its own around the frame's (BNA: company steps, then a
-  // dialog that imports as often as asked); it runs in place of `make`'s frame run.
-  void (*run)(const InstallationContext& ctx, Ui& ui) = nullptr;
+  // dialog that imports as often as asked); it runs in place of `make`'s frame run, as a
+  // test import when `test_import` is set.
+  void (*run)(const InstallationContext& ctx, Ui& ui, bool test_import) = nullptr;
 };
 
 std::span<const ImporterEntry> ImporterEntries();
@@ -33,9 +34,6 @@ const ImporterEntry* FindImporterByCommand(int command);
 // nothing and shows what the import would do.
 void RunImporterCommand(const ImporterEntry& entry, const InstallationContext& ctx, Ui& ui,
                         bool test_import = false);
-
-// The note a test import of an importer that cannot run as one shows in its place.
-std::string TestImportNotAvailableText(std::string_view source);
 
 // The note an import whose converter is not part of this build shows in its place.
 std::string ImportNotAvailableText(std::string_view source);

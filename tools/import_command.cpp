@@ -301,6 +301,14 @@ int FinishRun(const OptionsUi& ui, const std::string& report_text, const std::st
   return status;
 }
 
+// The line that tells where the company as it was before the import is kept.
+void PrintBackup(const std::string& folder, const ImportCommandOptions& options,
+                 std::ostream& out) {
+  if (folder.empty()) return;
+  out << "the company as it was before is backed up in " << folder << " (nvtool undo "
+      << options.folder << " " << options.number << ")\n";
+}
+
 }  // namespace
 
 int RunImportCommandWith(Importer& importer, const ImportCommandOptions& options, std::ostream& out,
@@ -315,18 +323,15 @@ int RunImportCommandWith(Importer& importer, const ImportCommandOptions& options
                                               : RunImport(ctx, ui, importer, std::move(hooks));
   const int status = FinishRun(ui, result.report_text, result.report_path,
                                result.outcome == ImportOutcome::kCompleted ? 0 : 1, out, err);
-  if (!result.backup_folder.empty()) {
-    out << "the company as it was before is backed up in " << result.backup_folder
-        << " (nvtool undo " << options.folder << " " << options.number << ")\n";
-  }
+  PrintBackup(result.backup_folder, options, out);
   return status;
 }
 
 int RunBnaImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err) {
-  InstallationContext ctx = ToolContext(options.folder);
-  if (options.today) ctx.today = *options.today;
+  InstallationContext real = ToolContext(options.folder);
+  if (options.today) real.today = *options.today;
   ImportHooks hooks;
-  if (!PrepareRun(options, ctx, &hooks, err)) return 1;
+  if (!PrepareRun(options, real, &hooks, err)) return 1;
   // A profile named without a folder is the one the command names, not one of the
   // installation's.
   const std::string profile = std::filesystem::absolute(options.bna_profile).string();
@@ -335,21 +340,45 @@ int RunBnaImportCommand(const ImportCommandOptions& options, std::ostream& out, 
     return 1;
   }
   OptionsUi ui(options);
-  ui.set_product(ctx.product_name());
+  ui.set_product(real.product_name());
   ui.set_sink(&out);
-  BnaSession session(ctx, ui, std::move(hooks));
-  if (options.today) session.today = *options.today;
-  if (!RunBnaCompanySteps(session)) return FinishRun(ui, "", "", 1, out, err);
-  // What the dialog does when it opens with this profile and the report is chosen.
-  BnaImportState& state = session.state;
-  SwitchBnaProfile(state.profiles, profile);
-  const BnaParameters params = ReadBnaParameters(state.profiles);
-  state.file_type = params.file_type;
-  state.checked_groups = params.checked_groups;
-  LoadDefinitions(state.profiles, state.checked_groups, state.definitions);
-  state.source_path = options.source;
-  const BnaImportResult result = RunBnaImportData(session);
-  return FinishRun(ui, result.report_text, result.report_path, result.completed ? 0 : 1, out, err);
+  // A dry run works on a scratch installation, profile included: what --duplicates writes
+  // into the profile goes with the scratch.
+  std::optional<TestImportScratch> scratch;
+  if (options.dry_run) {
+    if (!scratch.emplace(real).Make(ui)) return FinishRun(ui, "", "", 1, out, err);
+    hooks = scratch->Hooks(ui, std::move(hooks));
+  }
+  BnaImportResult result;
+  std::string backup;
+  {
+    BnaSession session(scratch ? scratch->context() : real, ui, std::move(hooks));
+    if (scratch) {
+      session.outside_profile_file = [&scratch](const std::string& path) {
+        return scratch->OutsideFile(path);
+      };
+    }
+    if (options.today) session.today = *options.today;
+    if (!RunBnaCompanySteps(session)) return FinishRun(ui, "", "", 1, out, err);
+    // What the dialog does when it opens with this profile and the report is chosen.
+    BnaImportState& state = session.state;
+    SwitchBnaProfile(state.profiles, profile);
+    const BnaParameters params = ReadBnaParameters(state.profiles);
+    state.file_type = params.file_type;
+    state.checked_groups = params.checked_groups;
+    LoadDefinitions(state.profiles, state.checked_groups, state.definitions);
+    state.source_path = options.source;
+    result = RunBnaImportData(session);
+    backup = session.run->state().backup_folder;
+  }
+  if (scratch) {
+    result.report_path.clear();
+    backup.clear();
+  }
+  const int status =
+      FinishRun(ui, result.report_text, result.report_path, result.completed ? 0 : 1, out, err);
+  PrintBackup(PathExists(backup) ? backup : "", options, out);
+  return status;
 }
 
 int RunImportCommand(const ImportCommandOptions& options, std::ostream& out, std::ostream& err) {

@@ -217,10 +217,6 @@ std::optional<ImportCommandOptions> ParseImportCommand(const std::vector<std::st
     *error = "unknown kind '" + options.kind + "' (kinds: " + kinds + ")";
     return std::nullopt;
   }
-  if (options.dry_run && options.kind == "bna") {
-    *error = "--dry-run is not available for bna";
-    return std::nullopt;
-  }
   if (options.schedule != 0 && options.kind != "faswin") {
     *error = "--schedule is an option of faswin only";
     return std::nullopt;

@@ -86,7 +86,8 @@ bool RunBnaCompanySteps(BnaSession& session) {
   ImportRun& run = *session.run;
   state.profiles = StartBnaProfiles(
       session.context.installation_folder,
-      ReadUserImportProfile(BnaSettingsFile(session.context), session.context.user_name));
+      ReadUserImportProfile(BnaSettingsFile(session.context), session.context.user_name),
+      session.outside_profile_file);
 
   ChoiceListRequest type;
   type.message = kBnaCompanyTypeMessage;
@@ -103,6 +104,9 @@ bool RunBnaCompanySteps(BnaSession& session) {
     if (!AskCompanyNumber(run, "", form)) {
       static_cast<void>(run.ReleaseCompany());
       return false;
+    }
+    if (run.hooks().company_chosen && !run.hooks().company_chosen(run.state().company_number)) {
+      continue;
     }
     resolved = ResolveExistingCompany(run);
   }

@@ -206,7 +206,7 @@ void BnaNdDialog::SelectProfile() {
   std::optional<std::string> chosen = ui_.ChooseFile(request);
   if (!chosen) return;
   std::error_code ec;
-  const std::string path = BnaProfilePath(state_.profiles.program_folder, *chosen);
+  const std::string path = BnaProfileFile(state_.profiles, *chosen);
   if (std::filesystem::exists(path, ec)) {
     SwitchBnaProfile(state_.profiles, *chosen);
     ReadProfileSettings();

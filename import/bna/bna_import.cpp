@@ -208,6 +208,8 @@ const char* BnaDuplicateOption(DuplicateMode mode) {
 
 BnaImportResult RunBnaImportData(BnaSession& session) {
   BnaImportResult result;
+  const ImportHooks& hooks = session.run->hooks();
+  const char* count_message = hooks.count_message ? hooks.count_message : kBnaImportedMessage;
   BnaImportState& state = session.state;
   const BnaParameters params = ReadBnaParameters(state.profiles);
   state.implied_decimals = params.implied_decimals;
@@ -224,7 +226,7 @@ BnaImportResult RunBnaImportData(BnaSession& session) {
     bytes = ReadFileBytes(*state.source_path);
   }
   if (!bytes || !OpenCompany(session)) {
-    MessageF(session.ui, "Note", kBnaImportedMessage, 0);
+    MessageF(session.ui, "Note", count_message, 0);
     return result;
   }
 
@@ -232,7 +234,9 @@ BnaImportResult RunBnaImportData(BnaSession& session) {
   NvCompany& company = run.company();
   run.report() = ImportReport();
   run.report().SetSource(kBnaProduct, *state.source_path);
-  run.report().SetCompany(company.number(), company.folder());
+  run.report().SetCompany(company.number(), hooks.report_folder
+                                                ? hooks.report_folder(company.folder())
+                                                : company.folder());
 
   std::optional<NoteFile> notes;
   if (state.definitions.Find(kBnaNoteTextField) != nullptr) {
@@ -267,8 +271,8 @@ BnaImportResult RunBnaImportData(BnaSession& session) {
   if (!result.completed) {
     MessageF(session.ui, "Error", "Unable to write company %s.", state.company_number.c_str());
   }
-  session.ui.MessageWithDetails(StrPrintf(kBnaImportedMessage, static_cast<int>(result.imported)),
-                                "Note", result.report_text);
+  session.ui.MessageWithDetails(StrPrintf(count_message, static_cast<int>(result.imported)), "Note",
+                                result.report_text);
   return result;
 }
 

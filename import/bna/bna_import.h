@@ -17,6 +17,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -63,6 +64,8 @@ struct BnaSession {
   const InstallationContext& context;
   Ui& ui;
   BnaImportState state;
+  // The stand-in file of a profile named by a full path (a test import's scratch copy).
+  std::function<std::string(const std::string& path)> outside_profile_file;
   // STDDATE's TODAY and the stamp of the notes a run adds; the clock's at the start.
   Date today;
   int32_t note_seconds = 0;  // time of day of those notes, seconds since midnight
@@ -75,9 +78,15 @@ struct BnaSession {
 // The installation's settings file, where the user's "Import Profile" is kept.
 std::string BnaSettingsFile(const InstallationContext& context);
 
+inline constexpr char kBnaKeepProfilesQuestion[] =
+    "The test import changed these import profiles:\n%s\nKeep the changes to the profiles?";
+
 // Command 107: the company steps, then the dialog, whose "Import Data" runs
 // RunBnaImportData; returns when the dialog closes or the steps end the command.
-void RunBnaImport(const InstallationContext& context, Ui& ui);
+// A test import does all of it in a scratch installation (import/frame/dry_run.h); the
+// profiles the dialog changed there are copied back only when the person says so at the
+// end, as they are the person's work and not the import's.
+void RunBnaImport(const InstallationContext& context, Ui& ui, bool test_import = false);
 
 // The steps before the dialog. False when the user cancelled or the company cannot be
 // used (told); nothing is left open or locked then.

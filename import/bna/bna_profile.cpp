@@ -20,12 +20,11 @@ constexpr std::array<std::string_view, 4> kDuplicateKeywords{"replace values", "
 constexpr std::string_view kAlwaysCopy = "always copy";
 
 std::string PathOf(const BnaProfiles& profiles, std::string_view name) {
-  return BnaProfilePath(profiles.program_folder, name);
+  return BnaProfileFile(profiles, name);
 }
 
-std::string MainProfileNamedIn(const std::string& program_folder, std::string_view profile) {
-  std::string path = BnaProfilePath(program_folder, profile);
-  return ReadProfileString(path, kBnaParametersSection, kBnaMainProfileKey, "",
+std::string MainProfileNamedIn(const BnaProfiles& profiles, std::string_view profile) {
+  return ReadProfileString(PathOf(profiles, profile), kBnaParametersSection, kBnaMainProfileKey, "",
                            kBnaValueBufferSize);
 }
 
@@ -58,17 +57,27 @@ std::string BnaProfilePath(std::string_view program_folder, std::string_view nam
   return path;
 }
 
-BnaProfiles StartBnaProfiles(std::string program_folder, std::string_view stored) {
+std::string BnaProfileFile(const BnaProfiles& profiles, std::string_view name) {
+  std::string path = BnaProfilePath(profiles.program_folder, name);
+  if (profiles.outside_file && name.find_first_of("\\/:") != std::string_view::npos) {
+    return profiles.outside_file(path);
+  }
+  return path;
+}
+
+BnaProfiles StartBnaProfiles(std::string program_folder, std::string_view stored,
+                             std::function<std::string(const std::string&)> outside_file) {
   BnaProfiles profiles;
   profiles.program_folder = std::move(program_folder);
+  profiles.outside_file = std::move(outside_file);
   profiles.current = stored.empty() ? std::string(kBnaDefaultProfile) : std::string(stored);
-  profiles.main = MainProfileNamedIn(profiles.program_folder, profiles.current);
+  profiles.main = MainProfileNamedIn(profiles, profiles.current);
   return profiles;
 }
 
 void SwitchBnaProfile(BnaProfiles& profiles, std::string_view name) {
   profiles.current = std::string(name);
-  profiles.main = MainProfileNamedIn(profiles.program_folder, profiles.current);
+  profiles.main = MainProfileNamedIn(profiles, profiles.current);
 }
 
 bool CreateBnaProfile(BnaProfiles& profiles, std::string_view name) {

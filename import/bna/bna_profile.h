@@ -26,6 +26,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,15 +73,22 @@ struct BnaProfiles {
   std::string program_folder;  // ends with the path separator
   std::string current;         // the profile's name as chosen; empty for none
   std::string main;            // the main profile's name; empty for none
+  // When set, the file read and written in place of a profile named by a full path (a
+  // test import's scratch copy); the names above stay the ones chosen.
+  std::function<std::string(const std::string& path)> outside_file;
 };
 
 // The file a profile name stands for. An existing file in that folder whose name differs
 // only in case is the one used.
 std::string BnaProfilePath(std::string_view program_folder, std::string_view name);
+// The file read and written for a profile name: BnaProfilePath, or the stand-in for a
+// full path when `profiles` has one.
+std::string BnaProfileFile(const BnaProfiles& profiles, std::string_view name);
 
 // The profiles at the start of a run: `stored` (the user's "Import Profile") or
 // "@BNA_ND.IMP", and the main profile that it names.
-BnaProfiles StartBnaProfiles(std::string program_folder, std::string_view stored);
+BnaProfiles StartBnaProfiles(std::string program_folder, std::string_view stored,
+                             std::function<std::string(const std::string&)> outside_file = {});
 // After "Select Profile" chose an existing file: it becomes current and its own main
 // profile is read.
 void SwitchBnaProfile(BnaProfiles& profiles, std::string_view name);

@@ -294,8 +294,9 @@ int ResolveExistingCompany(ImportRun& run) {
 }
 
 void ReportCount(ImportRun& run, long count, std::string_view details) {
-  run.ui().MessageWithDetails(StrPrintf(run.hooks().count_message, static_cast<int>(count)), "Done",
-                              details);
+  const char* message =
+      run.hooks().count_message ? run.hooks().count_message : kAssetsCopiedMessage;
+  run.ui().MessageWithDetails(StrPrintf(message, static_cast<int>(count)), "Done", details);
 }
 
 // ---------------------------------------------------------------------------------------

@@ -118,8 +118,8 @@ struct ImportHooks {
   // Called with each company number entered, before anything is done with it; false
   // asks for the number again, as a company in use does.
   std::function<bool(const std::string& number)> company_chosen;
-  // The count's message ("%d assets copied.").
-  const char* count_message = kAssetsCopiedMessage;
+  // The count's message; null for the importer's own ("%d assets copied." on the frame).
+  const char* count_message = nullptr;
   // The folder the report names for the company's files, given the one written to.
   std::function<std::string(const std::string& folder)> report_folder;
 };
