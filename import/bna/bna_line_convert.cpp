@@ -190,6 +190,7 @@ BnaLineConverter::BnaLineConverter(BnaImportState& state, NvCompany& company,
   context_.categories = &company.categories();
   context_.account_groups = [this] { return AccountGroups(); };
   context_.ui = ui;
+  context_.tokens = &tokens_;
   // A DEFAULT or SPECIAL field is the field reference to its own name.
   special_ = [this](const ConversionDefinition& d) {
     LanguageColumns();

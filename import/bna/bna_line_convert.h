@@ -92,6 +92,7 @@ class BnaLineConverter final : public bna::ConversionDefinitions {
   BnaImportState& state_;
   NvCompany& company_;
   BnaStoreRules rules_;
+  bna::TokenCache tokens_;
   bna::ConversionContext context_;
   nv::SpecialConversion special_;
   std::optional<ColumnClass> columns_;

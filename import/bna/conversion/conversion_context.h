@@ -14,9 +14,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "base/date.h"
+#include "import/bna/conversion/conversion_tokens.h"
 #include "import/bna/conversion_list.h"
 
 namespace nv {
@@ -90,6 +92,20 @@ struct EvaluationBudget {
   bool exhausted = false;
 };
 
+// The tokens of the expressions a run has evaluated, so that each is read once per run and
+// not once per line. Lists stay where they are while the cache grows.
+class TokenCache {
+ public:
+  const TokenList& Of(const std::string& expression) {
+    auto at = lists_.find(expression);
+    if (at == lists_.end()) at = lists_.emplace(expression, Tokenize(expression)).first;
+    return at->second;
+  }
+
+ private:
+  std::unordered_map<std::string, TokenList> lists_;
+};
+
 struct ConversionContext {
   ConversionDefinitions* definitions = nullptr;  // REQUIRED
   std::span<const std::string> columns;          // the split source line
@@ -105,6 +121,7 @@ struct ConversionContext {
   std::function<AccountGroupList*()> account_groups;
   Ui* ui = nullptr;                                // for "display"; nothing is shown without one
   std::vector<ConversionError>* errors = nullptr;  // optional sink, at most kMaxErrors kept
+  TokenCache* tokens = nullptr;                    // optional; without it each is read anew
 
   static constexpr size_t kMaxErrors = 20;
 

@@ -590,7 +590,9 @@ std::optional<std::string> EvaluateSpecial(const FieldDefinition& entry,
   }
   if (TrimBlanks(expression).empty()) return BuiltinDefault(entry.name, context);
 
-  const TokenList tokens = Tokenize(expression);
+  TokenList read;
+  if (context.tokens == nullptr) read = Tokenize(expression);
+  const TokenList& tokens = context.tokens != nullptr ? context.tokens->Of(expression) : read;
   if (tokens.unclosed_at != std::string::npos) {
     RecordFault(context, expression, tokens.unclosed_at, "text not closed; the rest is not read");
   }
