@@ -320,9 +320,17 @@ std::optional<int> ExportToFile(const InstallationContext& context, std::string_
   bool write_failed = false;
   company.ResetAssetWalk();
   NvAsset asset;
+  // The index walk gives no fraction to show: the meter counts what was written.
+  const std::string meter_text =
+      StrPrintf("Company %s\nto %s\n", company.number().c_str(), path.c_str());
+  std::unique_ptr<ProgressMeter> meter = ui.OpenProgress(kExportMeterTitle, meter_text, 0);
+  long walked = 0;
   while (!write_failed) {
     // An asset that cannot be read ends the walk; what was written so far stands.
     if (company.NextAsset(order, &asset) != kOk || asset.record_number == 0) break;
+    if (++walked % 256 == 0 && meter) {
+      meter->SetText(meter_text + StrPrintf(kAssetsExported, exported));
+    }
     if (selection != nullptr &&
         !MatchAsset(*selection,
                     AssetSelectionValues(asset, selection->schedule, record.asset_no_format), 0)) {
@@ -331,6 +339,7 @@ std::optional<int> ExportToFile(const InstallationContext& context, std::string_
     WriteAssetLine(definition.columns, settings, asset, output.buffer(), exported);
     write_failed = !output.FlushIfFull();
   }
+  meter.reset();
   static_cast<void>(company.Close());  // read-only: nothing to write
   if (write_failed || !output.Close()) {
     MessageF(ui, "Error", kUnableToWriteExportFile, path.c_str());

@@ -38,6 +38,7 @@ inline constexpr char kUnableToOpenExportFile[] = "Unable to open file %s";
 inline constexpr char kUnableToWriteExportFile[] = "Unable to write file %s";
 inline constexpr char kUnableToOpenCompanyFiles[] = "Unable to open company files.";
 inline constexpr char kAssetsExported[] = "%d assets exported.";
+inline constexpr char kExportMeterTitle[] = "Exporting Assets";
 
 // An asset's place in the company's current year. Addition and disposition may both hold;
 // current holds only when none of the other three does.

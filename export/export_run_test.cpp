@@ -178,7 +178,11 @@ class ExportToFileTest : public ::testing::Test {
 };
 
 TEST_F(ExportToFileTest, WritesHeadingsAndOneLinePerAssetInTheChosenOrder) {
-  EXPECT_NE(Run("", 5).find("title=\"Note\" text=\"5 assets exported.\""), std::string::npos);
+  const std::string transcript = Run("", 5);
+  EXPECT_NE(transcript.find("title=\"Note\" text=\"5 assets exported.\""), std::string::npos);
+  EXPECT_NE(transcript.find("progress title=\"Exporting Assets\" text=\"Company ACME\\nto "),
+            std::string::npos)
+      << transcript;
   EXPECT_EQ(testing::ReadText(file_),
             "No.\tAdded\tTax basis\r\n"
             "       1.001\t\t1008.00\r\n"
