@@ -52,21 +52,6 @@ std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode,
   return std::nullopt;
 }
 
-LockFile::LockFile(LockFile&& other) noexcept
-    : handle_(other.handle_), path_(std::move(other.path_)) {
-  other.handle_ = File::kNoHandle;
-}
-
-LockFile& LockFile::operator=(LockFile&& other) noexcept {
-  if (this != &other) {
-    Release();
-    handle_ = other.handle_;
-    path_ = std::move(other.path_);
-    other.handle_ = File::kNoHandle;
-  }
-  return *this;
-}
-
 LockStatus LockFile::TryAcquire(const std::string& path) {
   assert(!held());
   if (held()) return LockStatus::kError;
@@ -120,10 +105,6 @@ void LockFile::ReleaseAndRemove() {
   // Only remove the file if it is still ours; a replacement belongs to someone else.
   if (held() && !IsStale()) ::unlink(path_.c_str());
   Release();
-}
-
-std::optional<std::string> LockFile::ReadContent(const std::string& path) {
-  return ReadFileBytes(path);
 }
 
 bool LockFile::IsHeldByOther(const std::string& path) {

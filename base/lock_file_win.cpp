@@ -43,21 +43,6 @@ std::optional<File> OpenWithoutSharing(const std::string& path, File::Mode mode,
   return file;
 }
 
-LockFile::LockFile(LockFile&& other) noexcept
-    : handle_(other.handle_), path_(std::move(other.path_)) {
-  other.handle_ = File::kNoHandle;
-}
-
-LockFile& LockFile::operator=(LockFile&& other) noexcept {
-  if (this != &other) {
-    Release();
-    handle_ = other.handle_;
-    path_ = std::move(other.path_);
-    other.handle_ = File::kNoHandle;
-  }
-  return *this;
-}
-
 LockStatus LockFile::TryAcquire(const std::string& path) {
   assert(!held());
   if (held()) return LockStatus::kError;
@@ -117,10 +102,6 @@ void LockFile::ReleaseAndRemove() {
   // delete sharing, so the delete fails and its lock stays; a file left behind means
   // nothing, as after a crash, and the next holder takes it over.
   if (was_held) static_cast<void>(::DeleteFileA(path.c_str()));
-}
-
-std::optional<std::string> LockFile::ReadContent(const std::string& path) {
-  return ReadFileBytes(path);
 }
 
 bool LockFile::IsHeldByOther(const std::string& path) {
