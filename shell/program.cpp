@@ -25,7 +25,8 @@ namespace {
 void RunCommands(ProgramMode mode, const InstallationContext& ctx, ScriptedUi& ui) {
   std::span<const MainCommand> window =
       mode == ProgramMode::kImport ? ImportWindowCommands() : ExportWindowCommands();
-  for (int id : ui.commands()) {
+  for (const ScriptCommand& line : ui.commands()) {
+    const int id = line.id;
     // A run that has lost step stops here rather than press further buttons.
     if (ui.failed()) return;
     const MainCommand* command = FindCommand(window, id);
@@ -34,9 +35,10 @@ void RunCommands(ProgramMode mode, const InstallationContext& ctx, ScriptedUi& u
                         mode == ProgramMode::kImport ? "import" : "export"));
       return;
     }
-    ui.Note(StrPrintf("command %d %s", id, QuoteTranscriptText(command->text).c_str()));
+    ui.Note(StrPrintf("command %d %s%s", id, QuoteTranscriptText(command->text).c_str(),
+                      line.test_import ? " test" : ""));
     CommandEffects effects = mode == ProgramMode::kImport
-                                 ? RunImportCommand(id, ctx, ui)
+                                 ? RunImportCommand(id, ctx, ui, {.test_import = line.test_import})
                                  : RunExportCommand(id, ctx, ui, [&] {
                                      ui.Note("export buttons 204 and 205 disabled");
                                    });

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/file.h"
 #include "base/path.h"
 #include "shell/configuration.h"
 #include "shell/hand_off.h"
@@ -79,6 +80,18 @@ TEST_F(ScriptedProgramTest, ImportRunsCommandsInOrderUntilClose) {
   }
   EXPECT_TRUE(transcript.ends_with("window closed\n"));
   EXPECT_EQ(unread_, "");
+}
+
+TEST_F(ScriptedProgramTest, ACommandMarkedTestRunsATestImport) {
+  const std::string answers =
+      "file " + std::string(NV_SOURCE_DIR) + "/testdata/mba/mbademo.txt\ntext MBADEMO\nsave\nyes\n";
+  EXPECT_EQ(Run({"/PID:abc", "import"}, "command 108 test\ncommand 1\n" + answers), 0);
+  const std::string transcript = Transcript();
+  const size_t at = transcript.find("command 108 \"MBA Software\" test\n");
+  ASSERT_NE(at, std::string::npos) << transcript;
+  EXPECT_NE(transcript.find("Test import: 6 assets would be copied.", at), std::string::npos)
+      << transcript;
+  EXPECT_FALSE(PathExists(dir_ / "MBADEMO.A"));
 }
 
 TEST_F(ScriptedProgramTest, ExportEndsWhenAnExportClosedTheWindow) {

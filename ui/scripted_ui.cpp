@@ -208,9 +208,14 @@ std::string ParseLine(std::string_view line, int line_number, AnswerScript* scri
     return "";
   }
   if (name == "command") {
-    std::optional<int> id = ParseSmallNumber(argument);
-    if (!id) return "'command' needs a command number, e.g. 'command 102'";
-    script->commands.push_back(*id);
+    const size_t blank = argument.find_first_of(" \t");
+    const std::string_view flag =
+        blank == std::string_view::npos ? "" : Trim(argument.substr(blank));
+    std::optional<int> id = ParseSmallNumber(argument.substr(0, blank));
+    if (!id || !(flag.empty() || Lower(flag) == "test")) {
+      return "'command' needs a command number and may add 'test', e.g. 'command 102 test'";
+    }
+    script->commands.push_back({*id, !flag.empty()});
     return "";
   }
   for (const Directive& d : kDirectives) {

@@ -61,7 +61,8 @@
 //   click BUTTON
 //   alt-held                 the Alt key is held down whenever the program asks (not a
 //                            prompt answer; without it the key is up)
-//   command ID               main-window command ID (a number) to run; see below
+//   command ID [test]        main-window command ID (a number) to run; see below. With
+//                            `test` an import runs as a test import ("Test import" ticked)
 //
 // Lines are trimmed of blanks, tabs and a carriage return; blank lines are skipped.
 // Directive names ignore case; TEXT and PATH are the rest of the line, taken as they
@@ -239,10 +240,18 @@ struct ScriptAnswer {
   int line = 0;  // 1-based line in the script, for messages
 };
 
+// A `command` line: the main-window command and, for an import, whether the window's
+// "Test import" is ticked for it.
+struct ScriptCommand {
+  int id = 0;
+  bool test_import = false;
+  bool operator==(const ScriptCommand&) const = default;
+};
+
 struct AnswerScript {
-  std::vector<ScriptAnswer> answers;  // in the order they are used
-  std::vector<int> commands;          // main-window command ids, in the order to run
-  bool alt_held = false;              // `alt-held`
+  std::vector<ScriptAnswer> answers;    // in the order they are used
+  std::vector<ScriptCommand> commands;  // in the order to run
+  bool alt_held = false;                // `alt-held`
 };
 
 struct ScriptError {
@@ -278,7 +287,7 @@ class ScriptedUi : public Ui {
   void set_sink(std::ostream* sink);
 
   const std::string& transcript() const;
-  const std::vector<int>& commands() const { return commands_; }
+  const std::vector<ScriptCommand>& commands() const { return commands_; }
   bool failed() const;
   // Answers not used yet.
   size_t answers_left() const { return answers_.size() - next_answer_; }
@@ -342,7 +351,7 @@ class ScriptedUi : public Ui {
   std::shared_ptr<Log> log_;
   std::vector<ScriptAnswer> answers_;
   size_t next_answer_ = 0;
-  std::vector<int> commands_;
+  std::vector<ScriptCommand> commands_;
   bool alt_held_ = false;
 };
 

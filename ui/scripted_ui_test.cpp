@@ -50,11 +50,11 @@ TEST(ParseAnswerScript, ReadsEveryDirectiveWithCommentsBlanksAndCrLf) {
       "close\n"
       "choose-text Combine with current asset.  New values replace current values.\n"
       "folder /tmp/out\n"
-      "command\t1",
+      "command\t1 TEST",
       &errors);
   ASSERT_TRUE(script);
   EXPECT_TRUE(errors.empty());
-  EXPECT_EQ(script->commands, (std::vector<int>{102, 1}));
+  EXPECT_EQ(script->commands, (std::vector<ScriptCommand>{{102, false}, {1, true}}));
   ASSERT_EQ(script->answers.size(), 8u);
   using Kind = ScriptAnswer::Kind;
   EXPECT_EQ(script->answers[0].kind, Kind::kFile);
@@ -73,23 +73,26 @@ TEST(ParseAnswerScript, ReadsEveryDirectiveWithCommentsBlanksAndCrLf) {
 }
 
 TEST(ParseAnswerScript, ReportsEveryBadLineWithItsNumber) {
-  EXPECT_EQ(ParseErrors("yes\n"
-                        "maybe\n"
-                        "choose -1\n"
-                        "choose one\n"
-                        "yes please\n"
-                        "file\n"
-                        "command 10x\n"
-                        "choose 1234567890\n"
-                        "choose-text a\x01z\n"),
-            "line 2: unknown directive 'maybe'\n"
-            "line 3: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
-            "line 4: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
-            "line 5: 'yes' takes nothing after it\n"
-            "line 6: 'file' needs a text after it\n"
-            "line 7: 'command' needs a command number, e.g. 'command 102'\n"
-            "line 8: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
-            "line 9: control character in the line\n");
+  EXPECT_EQ(
+      ParseErrors("yes\n"
+                  "maybe\n"
+                  "choose -1\n"
+                  "choose one\n"
+                  "yes please\n"
+                  "file\n"
+                  "command 10x\n"
+                  "choose 1234567890\n"
+                  "choose-text a\x01z\n"
+                  "command 102 dry\n"),
+      "line 2: unknown directive 'maybe'\n"
+      "line 3: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
+      "line 4: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
+      "line 5: 'yes' takes nothing after it\n"
+      "line 6: 'file' needs a text after it\n"
+      "line 7: 'command' needs a command number and may add 'test', e.g. 'command 102 test'\n"
+      "line 8: 'choose' needs an option position from 0, e.g. 'choose 1'\n"
+      "line 9: control character in the line\n"
+      "line 10: 'command' needs a command number and may add 'test', e.g. 'command 102 test'\n");
 }
 
 TEST(ParseAnswerScript, BnaLinesNeedACommandOfTheDialog) {
@@ -149,7 +152,7 @@ TEST(ScriptedUiFile, ReadsAFileAndNamesItInErrors) {
   std::string errors;
   std::unique_ptr<ScriptedUi> ui = ScriptedUi::FromFile(good, &errors);
   ASSERT_TRUE(ui) << errors;
-  EXPECT_EQ(ui->commands(), std::vector<int>{9});
+  EXPECT_EQ(ui->commands(), (std::vector<ScriptCommand>{{9, false}}));
   EXPECT_EQ(ui->answers_left(), 1u);
 
   EXPECT_EQ(ScriptedUi::FromFile(bad, &errors), nullptr);
