@@ -37,6 +37,8 @@ bool IsInstallationFile(std::string_view name) {
          Extension(name).ends_with("IMP");
 }
 
+constexpr char kScratchPrefix[] = "nvtest-";
+
 }  // namespace
 
 TestImportScratch::TestImportScratch(const InstallationContext& real)
@@ -47,7 +49,10 @@ TestImportScratch::~TestImportScratch() {
 }
 
 bool TestImportScratch::Make(Ui& ui) {
-  std::optional<std::string> root = MakeTemporaryFolder("nvtest-");
+  // A test import that was killed leaves its scratch behind, a company's worth of files:
+  // the next one clears what is a day old.
+  static_cast<void>(RemoveStaleTemporaryFolders(kScratchPrefix, std::chrono::hours(24)));
+  std::optional<std::string> root = MakeTemporaryFolder(kScratchPrefix);
   if (root) {
     root_ = *root;
     const bool shared = real_.installation_folder.empty() ||
