@@ -21,8 +21,15 @@ TEST(StaleFolders, OnlyOldFoldersOfThePrefixGoWithEverythingInThem) {
     std::ofstream(dir.File(name) + "/data/COMPANY.A") << "assets";
   }
   std::ofstream(dir.File("nvtest-file")) << "not a folder";
+  // Any age at all: the folder times can be read on every platform.
+  fs::create_directories(dir.File("nvtest-now") + "/data");
+  EXPECT_EQ(RemoveStaleFolders(dir.path(), "nvtest-now", std::chrono::hours(0)), 1);
+  EXPECT_FALSE(PathExists(dir.File("nvtest-now")));
   for (const char* name : {"nvtest-old", "other-old", "nvtest-file"}) {
-    fs::last_write_time(dir.File(name), two_days_ago);
+    std::error_code error;
+    fs::last_write_time(dir.File(name), two_days_ago, error);
+    // The Windows runtime opens a folder in a way that cannot set its times.
+    if (error) GTEST_SKIP() << "cannot set the time of " << name << ": " << error.message();
   }
 
   EXPECT_EQ(RemoveStaleFolders(dir.path(), "nvtest-", std::chrono::hours(24)), 1);
